@@ -1,0 +1,15 @@
+// The class interface of quorimp: every public class header, and the C interface.
+#ifndef QUORIMP_QUORIMP_HPP
+#define QUORIMP_QUORIMP_HPP
+
+#include "common/basic_image.h"
+#include "common/image.h"
+#include "geometric/primitives/geocoordinate.h"
+#include "geometric/rectification/control_points.h"
+#include "geometric/rectification/control_points_transformer.h"
+#include "geometric/rectification/projective_matrix.h"
+#include "geometric/rectification/projective_matrix_estimator.h"
+#include "quorimp/image_c_api_transformer.h"
+#include "quorimp/quorimp.h"
+
+#endif
