@@ -119,7 +119,8 @@ void BM_OpenCV_Threshold(benchmark::State& state) {
 BENCHMARK(BM_OpenCV_Threshold)->Unit(benchmark::kMillisecond);
 
 void BM_OpenCV_PerspectiveTransform(benchmark::State& state) {
-    const cv::Point2f page[4] = {{0.0f, 0.0f}, {1705.0f, 0.0f}, {1705.0f, 2207.0f}, {0.0f, 2207.0f}};
+    const cv::Point2f page[4] = {
+        {0.0f, 0.0f}, {1705.0f, 0.0f}, {1705.0f, 2207.0f}, {0.0f, 2207.0f}};
     const cv::Point2f photo[4] = {
         {955.2f, 146.2f}, {1518.5f, 158.6f}, {1470.9f, 952.4f}, {847.9f, 877.4f}};
     for (auto _ : state) {

@@ -147,8 +147,8 @@ BasicImage::BasicImage(int height, int width, ImageType type, int x_resolution, 
     data = allocate_zeroed(data_size, kConstructFailure);
 }
 
-BasicImage::BasicImage(unsigned char* data, int height, int width, ImageType type,
-                       int x_resolution, int y_resolution)
+BasicImage::BasicImage(unsigned char* data, int height, int width, ImageType type, int x_resolution,
+                       int y_resolution)
     : data(data),
       data_size(0),
       data_start(nullptr),
@@ -251,7 +251,9 @@ BasicImage& BasicImage::operator=(const BasicImage& source) {
     return *this;
 }
 
-BasicImage::~BasicImage() { release(); }
+BasicImage::~BasicImage() {
+    release();
+}
 
 void BasicImage::release() {
     if (data != nullptr && owns_data == 1) {
@@ -261,7 +263,9 @@ void BasicImage::release() {
     data_size = 0;
 }
 
-int BasicImage::row_stride_for(int width) const { return stride_for(image_type, width); }
+int BasicImage::row_stride_for(int width) const {
+    return stride_for(image_type, width);
+}
 
 unsigned char* BasicImage::get_row(int y) const {
     if (data == nullptr) {
@@ -409,10 +413,12 @@ void BasicImage::assign(const Image& source) {
 }
 
 // Rows are copied in one block when both images start their rows at the same bit; otherwise pixel
-// by pixel, after clearing the words at both ends of a binary row that the pixels only partly cover.
+// by pixel, after clearing the words at both ends of a binary row that the pixels only partly
+// cover.
 void BasicImage::copy_rows_from(const Image& source) {
     const int source_stride = source.get_row_stride();
-    const std::size_t block = static_cast<std::size_t>(std::max(0, std::min(source_stride, row_stride)));
+    const std::size_t block =
+        static_cast<std::size_t>(std::max(0, std::min(source_stride, row_stride)));
     const bool same_bit_offset = source.get_bit_offset() == get_bit_offset();
     for (int y = 0; y < height; ++y) {
         unsigned char* target = data + static_cast<std::size_t>(row_stride) * y;
@@ -465,8 +471,8 @@ void BasicImage::to_grey_from(const Image& source, bool weighted) {
         unsigned char* out = grey + static_cast<std::size_t>(new_width) * y;
         if (weighted) {
             for (int x = 0; x < new_width; ++x, rgb += 3) {
-                out[x] = static_cast<unsigned char>((299u * rgb[0] + 587u * rgb[1] + 114u * rgb[2]) /
-                                                    1000u);
+                out[x] = static_cast<unsigned char>(
+                    (299u * rgb[0] + 587u * rgb[1] + 114u * rgb[2]) / 1000u);
             }
         } else {
             for (int x = 0; x < new_width; ++x, rgb += 3) {

@@ -71,8 +71,8 @@ public:
     // Bitwise NOT of every byte of the buffer, row padding included.
     void invert();
 
-    // RGB to grey: weighted (299 b0 + 587 b1 + 114 b2) / 1000, or the plain mean (b0 + b1 + b2) / 3,
-    // in unsigned integers. Images of another type are left as they are.
+    // RGB to grey: weighted (299 b0 + 587 b1 + 114 b2) / 1000, or the plain mean (b0 + b1 + b2) /
+    // 3, in unsigned integers. Images of another type are left as they are.
     void to_grey_in_place(bool weighted);
     void to_grey_from(const Image& source, bool weighted);
 

@@ -4,7 +4,9 @@ namespace common {
 
 Image::~Image() = default;
 
-int Image::get_bit_offset() const { return 0; }
+int Image::get_bit_offset() const {
+    return 0;
+}
 
 bool Image::get_bytes_per_pixel(int& bytes) const {
     switch (get_image_type()) {

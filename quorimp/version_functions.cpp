@@ -14,10 +14,15 @@ const char* sha_cell = "git sha: " QUORIMP_SOURCE_REVISION;
 
 extern "C" {
 
-const char* quorimp_get_version_number(void) { return version_number_cell; }
+const char* quorimp_get_version_number(void) {
+    return version_number_cell;
+}
 
-const char* quorimp_get_branch_name(void) { return branch_name_cell; }
+const char* quorimp_get_branch_name(void) {
+    return branch_name_cell;
+}
 
-const char* quorimp_get_sha(void) { return sha_cell; }
-
+const char* quorimp_get_sha(void) {
+    return sha_cell;
+}
 }

@@ -2,7 +2,9 @@
 
 namespace geometric {
 
-ProjectiveMatrix::ProjectiveMatrix() { set_unit_matrix(); }
+ProjectiveMatrix::ProjectiveMatrix() {
+    set_unit_matrix();
+}
 
 void ProjectiveMatrix::set_unit_matrix() {
     for (int row = 0; row < 3; ++row) {
