@@ -103,15 +103,25 @@ void pack_grey_to_binary(BasicImage& image, IsBlack is_black) {
     for (int y = 0; y < image.height; ++y) {
         const unsigned char* grey_row = image.data + static_cast<std::size_t>(image.width) * y;
         unsigned char* bits = binary.data + static_cast<std::size_t>(binary.row_stride) * y;
-        for (int x = 0; x < image.width; x += 8) {
-            const int count = std::min(8, image.width - x);
+        // Whole bytes without branches: the pixels of a scanned page are too noisy to predict.
+        const int whole_bytes = image.width / 8;
+        for (int i = 0; i < whole_bytes; ++i) {
+            const unsigned char* pixel = grey_row + 8 * i;
+            unsigned int byte = 0;
+            for (int k = 0; k < 8; ++k) {
+                byte = (byte << 1) | static_cast<unsigned int>(is_black(pixel[k]));
+            }
+            bits[i] = static_cast<unsigned char>(byte);
+        }
+        const int tail_pixels = image.width % 8;
+        if (tail_pixels != 0) {
             unsigned char byte = 0;
-            for (int k = 0; k < count; ++k) {
-                if (is_black(grey_row[x + k])) {
+            for (int k = 0; k < tail_pixels; ++k) {
+                if (is_black(grey_row[8 * whole_bytes + k])) {
                     byte |= kBitMask[k];
                 }
             }
-            bits[x / 8] = byte;
+            bits[whole_bytes] = byte;
         }
     }
     image.swap(binary);
