@@ -240,12 +240,8 @@ BasicImage& BasicImage::operator=(const BasicImage& source) {
     }
     const bool source_has_data = source.data != nullptr;
     if (data_size != source.data_size || (data != nullptr) != source_has_data) {
-        unsigned char* buffer =
-            source_has_data ? allocate_zeroed(source.data_size, kCopyFailure) : nullptr;
-        release();
-        data = buffer;
-        data_size = source_has_data ? source.data_size : 0;
-        owns_data = 1;
+        adopt(source_has_data ? allocate_zeroed(source.data_size, kCopyFailure) : nullptr,
+              source_has_data ? source.data_size : 0);
     }
     // A kept buffer keeps its ownership: a wrapped caller buffer is filled, never adopted.
     if (data != nullptr && data != source.data && data_size != 0) {
@@ -271,6 +267,35 @@ void BasicImage::release() {
     }
     data = nullptr;
     data_size = 0;
+}
+
+void BasicImage::adopt(unsigned char* buffer, std::uint32_t size) {
+    release();
+    data = buffer;
+    data_size = size;
+    owns_data = 1;
+}
+
+bool BasicImage::keep_or_replace_buffer(std::uint32_t size, const char* failure) {
+    // A kept buffer keeps its ownership: the engine never adopts, and so never frees, a
+    // caller's buffer. The new buffer is allocated before the old one goes, so that a failure
+    // leaves the image as it was.
+    if (size == data_size && data != nullptr) {
+        return true;
+    }
+    adopt(allocate_zeroed(size, failure), size);
+    return false;
+}
+
+void BasicImage::set_header(int new_height, int new_width, ImageType type, int new_x_resolution,
+                            int new_y_resolution) {
+    image_type = type;
+    height = new_height;
+    width = new_width;
+    row_stride = stride_for(type, new_width);
+    x_resolution = new_x_resolution;
+    y_resolution = new_y_resolution;
+    data_start = nullptr;
 }
 
 int BasicImage::row_stride_for(int width) const {
@@ -358,37 +383,18 @@ void BasicImage::force_resolution_in_range(int minimum, int maximum) {
 
 void BasicImage::reset(int new_height, int new_width, ImageType type, int new_x_resolution,
                        int new_y_resolution) {
-    const int new_stride = stride_for(type, new_width);
-    const std::uint32_t new_size = checked_byte_size(new_stride, new_height, kResetFailure);
-    if (new_size == data_size && data != nullptr) {
-        // Kept with its ownership: the engine never adopts, and so never frees, a caller's buffer.
+    const std::uint32_t new_size =
+        checked_byte_size(stride_for(type, new_width), new_height, kResetFailure);
+    if (keep_or_replace_buffer(new_size, kResetFailure)) {
         std::memset(data, 0, data_size);
-    } else {
-        unsigned char* buffer = allocate_zeroed(new_size, kResetFailure);
-        release();
-        data = buffer;
-        data_size = new_size;
-        owns_data = 1;
     }
-    image_type = type;
-    row_stride = new_stride;
-    height = new_height;
-    width = new_width;
-    x_resolution = new_x_resolution;
-    y_resolution = new_y_resolution;
-    data_start = nullptr;
+    set_header(new_height, new_width, type, new_x_resolution, new_y_resolution);
 }
 
 void BasicImage::wrap(unsigned char* new_data, int new_height, int new_width, ImageType type,
                       int new_x_resolution, int new_y_resolution) {
     release();
-    image_type = type;
-    height = new_height;
-    width = new_width;
-    row_stride = stride_for(type, new_width);
-    x_resolution = new_x_resolution;
-    y_resolution = new_y_resolution;
-    data_start = nullptr;
+    set_header(new_height, new_width, type, new_x_resolution, new_y_resolution);
     byte_size(row_stride, new_height, data_size);
     data = new_data;
     owns_data = 0;
@@ -399,24 +405,11 @@ void BasicImage::assign(const Image& source) {
         return;
     }
     const ImageType new_type = source.get_image_type();
-    const int new_height = source.get_height();
-    const int new_width = source.get_width();
-    const int new_stride = stride_for(new_type, new_width);
-    const std::uint32_t new_size = checked_byte_size(new_stride, new_height, kResetFailure);
-    if (new_size != data_size || (data == nullptr && new_size != 0)) {
-        unsigned char* buffer = allocate_zeroed(new_size, kResetFailure);
-        release();
-        data = buffer;
-        data_size = new_size;
-        owns_data = 1;
-    }
-    image_type = new_type;
-    height = new_height;
-    width = new_width;
-    row_stride = new_stride;
-    x_resolution = source.get_x_resolution();
-    y_resolution = source.get_y_resolution();
-    data_start = nullptr;
+    const std::uint32_t new_size = checked_byte_size(stride_for(new_type, source.get_width()),
+                                                     source.get_height(), kResetFailure);
+    keep_or_replace_buffer(new_size, kResetFailure);
+    set_header(source.get_height(), source.get_width(), new_type, source.get_x_resolution(),
+               source.get_y_resolution());
     if (data != nullptr) {
         copy_rows_from(source);
     }
@@ -492,18 +485,13 @@ void BasicImage::to_grey_from(const Image& source, bool weighted) {
         }
     }
     if (!keep_buffer) {
-        release();
-        data = grey;
-        data_size = new_size;
-        owns_data = 1;
+        adopt(grey, new_size);
     }
-    image_type = IMAGE_TYPE_GREY;
-    height = new_height;
-    width = new_width;
-    row_stride = new_width;
-    x_resolution = source.get_x_resolution();
-    y_resolution = source.get_y_resolution();
-    data_start = keep_buffer ? nullptr : data;
+    set_header(new_height, new_width, IMAGE_TYPE_GREY, source.get_x_resolution(),
+               source.get_y_resolution());
+    if (!keep_buffer) {
+        data_start = data;
+    }
 }
 
 void BasicImage::binary_to_grey_in_place() {
@@ -511,14 +499,9 @@ void BasicImage::binary_to_grey_in_place() {
         return;
     }
     BasicImage grey;
-    grey.image_type = IMAGE_TYPE_GREY;
-    grey.height = height;
-    grey.width = width;
-    grey.row_stride = width;
-    grey.x_resolution = x_resolution;
-    grey.y_resolution = y_resolution;
-    grey.data_size = checked_byte_size(width, height, kCopyConstructFailure);
-    grey.data = allocate_zeroed(grey.data_size, kCopyConstructFailure);
+    const std::uint32_t grey_size = checked_byte_size(width, height, kCopyConstructFailure);
+    grey.adopt(allocate_zeroed(grey_size, kCopyConstructFailure), grey_size);
+    grey.set_header(height, width, IMAGE_TYPE_GREY, x_resolution, y_resolution);
 
     const int whole_bytes = width / 8;
     const int tail_pixels = width % 8;

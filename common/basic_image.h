@@ -104,6 +104,13 @@ public:
 
 private:
     void release();
+    // Frees an owned buffer and takes `buffer` (of `size` bytes) as an owned one.
+    void adopt(unsigned char* buffer, std::uint32_t size);
+    // Keeps the buffer when it has `size` bytes already, with its ownership, and says so;
+    // otherwise replaces it by a new zero-filled owned one.
+    bool keep_or_replace_buffer(std::uint32_t size, const char* failure);
+    // Sets the header for a new size and type; the stride follows from the type.
+    void set_header(int height, int width, ImageType type, int x_resolution, int y_resolution);
     void copy_rows_from(const Image& source);
 };
 
