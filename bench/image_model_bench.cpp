@@ -94,6 +94,12 @@ BENCHMARK(BM_EstimateProjectiveMatrix);
 
 #ifdef QUORIMP_BENCH_WITH_OPENCV
 
+// OpenCV would spread its work over every core; the comparison is single-threaded.
+const bool kOpenCvSingleThreaded = [] {
+    cv::setNumThreads(1);
+    return true;
+}();
+
 void BM_OpenCV_RgbToGrey(benchmark::State& state) {
     cv::Mat rgb(kHeight, kWidth, CV_8UC3);
     fill_noise(rgb.data, rgb.total() * rgb.elemSize());
