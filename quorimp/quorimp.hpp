@@ -4,7 +4,13 @@
 
 #include "common/basic_image.h"
 #include "common/image.h"
+#include "geometric/primitives/coordinate.h"
+#include "geometric/primitives/direction.h"
+#include "geometric/primitives/geobox.h"
 #include "geometric/primitives/geocoordinate.h"
+#include "geometric/primitives/geoline_base.h"
+#include "geometric/primitives/geoline_base_points.h"
+#include "geometric/primitives/line_distance_calculator.h"
 #include "geometric/rectification/control_points.h"
 #include "geometric/rectification/control_points_transformer.h"
 #include "geometric/rectification/projective_matrix.h"
