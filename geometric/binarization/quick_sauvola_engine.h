@@ -28,6 +28,12 @@ public:
     bool run();
 
 private:
+    // The zones of the image over a ring of `Entry` integral rows. Entries are kept modulo the
+    // range of `Entry`: differences of them are the exact window sums as long as no window sum
+    // reaches that range.
+    template <typename Entry>
+    void threshold_zones(unsigned char* pixels, int width, int height, int window, int ring);
+
     common::Image* grey_image;
     common::BasicImage* output_image;
     SauvolaPara para;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -84,6 +85,30 @@ TEST(OtsuBinarization, FrameAndPaddingFollowTheInversion) {
     ASSERT_TRUE(two_rows.run_binarization());
     for (std::uint32_t i = 0; i < output.data_size; ++i) {
         EXPECT_EQ(output.data[i], 0xFF);
+    }
+}
+
+TEST(OtsuBinarization, RandomPagesMatchAPlainThresholdingOfTheInterior) {
+    std::mt19937 random(77);
+    for (int width : {1, 15, 16, 17, 33, 64, 70}) {
+        common::BasicImage page(9, width, common::IMAGE_TYPE_GREY, 300, 300);
+        for (std::uint32_t i = 0; i < page.data_size; ++i) {
+            page.data[i] = static_cast<unsigned char>(random() % 2 ? 30 + random() % 50
+                                                                   : 150 + random() % 100);
+        }
+        const unsigned int threshold = threshold_of(page);
+        common::BasicImage output;
+        OtsuBinarization otsu(&page, &output);
+        otsu.despeckle_enabled = false;
+        ASSERT_TRUE(otsu.run_binarization());
+        for (int y = 0; y < 9; ++y) {
+            for (int x = 0; x < output.row_stride * 8; ++x) {
+                const bool interior = y > 0 && y < 8 && x > 0 && x < width - 1;
+                const bool bright = interior && page.data[y * width + x] > threshold;
+                const int bit = (output.data[y * output.row_stride + x / 8] >> (7 - x % 8)) & 1;
+                ASSERT_EQ(bit, bright ? 0 : 1) << "width " << width << " at " << x << "," << y;
+            }
+        }
     }
 }
 
