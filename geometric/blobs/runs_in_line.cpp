@@ -58,6 +58,9 @@ void RunsInLine::formulate_runs(const unsigned char* line, int start, int width)
                 byte += 4;
                 x += 32;
             }
+            if (x >= width) {
+                break;
+            }
         }
         const int first_set = kRunTables.first_set[*byte & kRunTables.from_position[position]];
         if (first_set < 0) {

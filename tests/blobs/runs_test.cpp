@@ -86,7 +86,10 @@ TEST(RunsInLineBinary, EqualsAPlainBitScanForAnyWidthAndStart) {
         RunsInLine runs;
         for (int start = 0; start < 10; ++start) {
             for (int width : {1, 7, 8, 9, 31, 32, 33, 63, 64, 65, 100, 182}) {
-                runs.formulate_runs(line.data(), start, width);
+                // Exactly the bytes that hold the bits, so that a read beyond them is caught.
+                const std::vector<unsigned char> exact(line.begin(),
+                                                       line.begin() + (start + width + 7) / 8);
+                runs.formulate_runs(exact.data(), start, width);
                 ASSERT_EQ(pairs(runs), plain_runs(line, start, width))
                     << "trial " << trial << " start " << start << " width " << width;
             }
