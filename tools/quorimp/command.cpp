@@ -67,13 +67,13 @@ const std::string& Arguments::required(const std::string& option) const {
     if (found != values_.end()) {
         return found->second;
     }
-    const Option* spec = find_long(*command_, option);
+    const Option* declared = find_long(*command_, option);
     std::string form = "--" + option;
-    if (spec != nullptr && spec->short_name != 0) {
-        form = std::string("-") + spec->short_name;
+    if (declared != nullptr && declared->short_name != 0) {
+        form = std::string("-") + declared->short_name;
     }
-    if (spec != nullptr && !spec->value_name.empty()) {
-        form += " " + spec->value_name;
+    if (declared != nullptr && !declared->value_name.empty()) {
+        form += " " + declared->value_name;
     }
     throw UsageError("missing " + form);
 }
