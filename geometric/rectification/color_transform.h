@@ -14,7 +14,8 @@ namespace geometric {
 // Rows are taken as packed and the image's type is not tested.
 class QUORIMP_EXPORT ColorTransform {
 public:
-    enum TransformType {
+    // Fixed to int, so that a value outside the two is representable and simply does nothing.
+    enum TransformType : int {
         RGB_TO_YUV = 0,
         YUV_TO_RGB = 1,
     };

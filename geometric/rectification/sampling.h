@@ -8,7 +8,8 @@
 
 namespace geometric {
 
-enum InterpolationType {
+// Fixed to int: any value above 4 is representable and leaves the sampling kernel empty.
+enum InterpolationType : int {
     INTERPOLATION_NEAREST = 0,
     INTERPOLATION_LINEAR = 1,
     INTERPOLATION_BICUBIC = 2,

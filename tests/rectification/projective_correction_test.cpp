@@ -164,6 +164,30 @@ TEST(ProjectiveCorrection, PerspectiveAndParallelogramPagesFollowTheIncrementalM
     }
 }
 
+TEST(ProjectiveCorrection, InterpolationStopsOnePixelFromTheNearAndTwoFromTheFarEdges) {
+    // Pages whose first column or row falls exactly on x = 1, x = width - 2 or y = height - 2,
+    // with a fixed fill for what lies beyond.
+    Page grey = make_page(64, 48, 1, [](int x, int y, int) { return (x * 37 + y * 91) % 256; });
+    const unsigned char fill[4] = {7};
+    for (const ControlPointCorners& corners :
+         {corners_of(1, 1, 8, 1, 8, 4, 1, 4), corners_of(62, 10, 69, 10, 69, 13, 62, 13),
+          corners_of(10, 46, 17, 46, 17, 49, 10, 49)}) {
+        common::BasicImage input(grey.pixels.data(), 48, 64, common::IMAGE_TYPE_GREY, 300, 300);
+        common::BasicImage output;
+        geometric::ProjectiveCorrection correction(&input, &output);
+        correction.set_control_points({{float(corners.x[0]), float(corners.y[0])},
+                                       {float(corners.x[1]), float(corners.y[1])},
+                                       {float(corners.x[2]), float(corners.y[2])},
+                                       {float(corners.x[3]), float(corners.y[3])}});
+        correction.filling_mode = 0;
+        correction.filling_pixel[0] = fill[0];
+        correction.run_correction();
+        ASSERT_EQ(output.width, 8);
+        EXPECT_EQ(Bytes(output.data, output.data + output.data_size),
+                  reference(grey, corners, 8, 4, Kernel::linear, 1, fill));
+    }
+}
+
 TEST(ProjectiveCorrection, GreyFillIsTheLighterHalfOfTheEdgeSamples) {
     // The left edge lies 16 pixels outside. Samples: row 5 below the top edge and row 58 above
     // the bottom edge at x = 0, 7, ..., 63; column 58 left of the right edge at y = 0, 7, ..., 63.
