@@ -24,9 +24,14 @@ unsigned char otsu_threshold(const unsigned char* pixels, std::size_t count) {
     for (; i + 8 <= count; i += 8) {
         std::uint64_t eight;
         std::memcpy(&eight, pixels + i, sizeof(eight));
-        for (int k = 0; k < 8; ++k) {
-            ++partial[k % 4][(eight >> (8 * k)) & 0xFF];
-        }
+        ++partial[0][eight & 0xFF];
+        ++partial[1][(eight >> 8) & 0xFF];
+        ++partial[2][(eight >> 16) & 0xFF];
+        ++partial[3][(eight >> 24) & 0xFF];
+        ++partial[0][(eight >> 32) & 0xFF];
+        ++partial[1][(eight >> 40) & 0xFF];
+        ++partial[2][(eight >> 48) & 0xFF];
+        ++partial[3][eight >> 56];
     }
     for (; i < count; ++i) {
         ++partial[0][pixels[i]];
@@ -64,29 +69,37 @@ unsigned char otsu_threshold(const unsigned char* pixels, std::size_t count) {
     return static_cast<unsigned char>(best_threshold);
 }
 
-// Sets the bit of every pixel of one row brighter than `threshold`, except for the first and the
-// last column, which are never thresholded. The bits behind the width stay clear.
-void threshold_row(const unsigned char* row, int width, unsigned int threshold,
-                   unsigned char* bits) {
+// One output row: the bit of every pixel brighter than `threshold` is set, except in the first
+// and the last column, which are never thresholded, and the padding bits are clear; then, with
+// `flip` 0xFF, every byte of the row is inverted, padding included.
+void threshold_row(const unsigned char* row, int width, unsigned int threshold, unsigned char flip,
+                   unsigned char* bits, int stride) {
     int x = 0;
 #if defined(__SSE2__)
     // Unsigned bytes compare as signed ones once their top bits are flipped.
-    const __m128i flip = _mm_set1_epi8(static_cast<char>(0x80));
-    const __m128i limit = _mm_xor_si128(_mm_set1_epi8(static_cast<char>(threshold)), flip);
+    const __m128i sign = _mm_set1_epi8(static_cast<char>(0x80));
+    const __m128i limit = _mm_xor_si128(_mm_set1_epi8(static_cast<char>(threshold)), sign);
     for (; x + 16 <= width; x += 16) {
         const __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x));
-        const int mask = _mm_movemask_epi8(_mm_cmpgt_epi8(_mm_xor_si128(pixels, flip), limit));
-        bits[x / 8] = kReversedBits.table[mask & 0xFF];
-        bits[x / 8 + 1] = kReversedBits.table[(mask >> 8) & 0xFF];
+        const int mask = _mm_movemask_epi8(_mm_cmpgt_epi8(_mm_xor_si128(pixels, sign), limit));
+        bits[x / 8] = static_cast<unsigned char>(kReversedBits.table[mask & 0xFF] ^ flip);
+        bits[x / 8 + 1] =
+            static_cast<unsigned char>(kReversedBits.table[(mask >> 8) & 0xFF] ^ flip);
     }
 #endif
-    for (; x < width; ++x) {
-        if (row[x] > threshold) {
-            bits[x / 8] |= static_cast<unsigned char>(0x80u >> (x % 8));
+    for (int byte = x / 8; byte < stride; ++byte) {
+        unsigned int packed = 0;
+        for (int k = 0; k < 8 && byte * 8 + k < width; ++k) {
+            packed |= static_cast<unsigned int>(row[byte * 8 + k] > threshold) << (7 - k);
         }
+        bits[byte] = static_cast<unsigned char>(packed ^ flip);
     }
-    bits[0] &= 0x7F;
-    bits[(width - 1) / 8] &= static_cast<unsigned char>(~(0x80u >> ((width - 1) % 8)));
+    // The first and the last column are never thresholded: clear, or set by the flip.
+    const unsigned int first = 0x80u;
+    const unsigned int last = 0x80u >> ((width - 1) % 8);
+    bits[0] = static_cast<unsigned char>((bits[0] & ~first) | (flip & first));
+    unsigned char& last_byte = bits[(width - 1) / 8];
+    last_byte = static_cast<unsigned char>((last_byte & ~last) | (flip & last));
 }
 
 std::size_t pixel_count(const common::Image& image) {
@@ -115,13 +128,18 @@ bool OtsuBinarization::run_binarization_imp(common::Image* grey) {
     const unsigned char* pixels = count != 0 ? grey->get_row(0) : nullptr;
     const unsigned int threshold = otsu_threshold(pixels, count);
 
+    // The flip of the whole buffer is done row by row while each row is at hand: the rows that
+    // are never thresholded and the padding come out set, exactly as a flip after the fact.
     common::BasicImage& output = *output_image;
-    for (int y = 1; y < height - 1 && width > 0; ++y) {
-        threshold_row(pixels + static_cast<std::size_t>(width) * y, width, threshold,
-                      output.data + static_cast<std::size_t>(output.row_stride) * y);
-    }
-    if (invert_output) {
-        output.invert();
+    const unsigned char flip = invert_output ? 0xFF : 0x00;
+    for (int y = 0; y < height; ++y) {
+        unsigned char* bits = output.data + static_cast<std::size_t>(output.row_stride) * y;
+        if (y > 0 && y < height - 1 && width > 0) {
+            threshold_row(pixels + static_cast<std::size_t>(width) * y, width, threshold, flip,
+                          bits, output.row_stride);
+        } else if (flip != 0) {
+            std::memset(bits, flip, static_cast<std::size_t>(output.row_stride));
+        }
     }
     return true;
 }

@@ -6,6 +6,38 @@
 
 namespace geometric {
 
+namespace {
+
+// Eight bytes of a row as one word, the first byte most significant: the pixels in row order
+// from the highest bit down.
+std::uint64_t load_big_endian(const unsigned char* bytes) {
+#if defined(__GNUC__) && defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof(word));
+    return __builtin_bswap64(word);
+#else
+    std::uint64_t word = 0;
+    for (int k = 0; k < 8; ++k) {
+        word = (word << 8) | bytes[k];
+    }
+    return word;
+#endif
+}
+
+void store_big_endian(unsigned char* bytes, std::uint64_t word) {
+#if defined(__GNUC__) && defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    word = __builtin_bswap64(word);
+    std::memcpy(bytes, &word, sizeof(word));
+#else
+    for (int k = 7; k >= 0; --k) {
+        bytes[k] = static_cast<unsigned char>(word);
+        word >>= 8;
+    }
+#endif
+}
+
+}  // namespace
+
 bool GeoDespeckle::removeIsolatedPixel(const common::BasicImage& input,
                                        common::BasicImage& output) {
     if (output.data == nullptr) {
@@ -40,19 +72,26 @@ bool GeoDespeckle::removeIsolatedPixel(unsigned char* input, int height, int /*w
             out[0] = centre[0];
             out[stride - 1] = centre[stride - 1];
         }
-        for (int i = 1; i < stride - 1; ++i) {
-            // Most of a page is blank: eight zero bytes at a time stay zero.
-            if (i + 8 <= stride - 1) {
-                std::uint64_t eight;
-                std::memcpy(&eight, centre + i, sizeof(eight));
-                if (eight == 0) {
-                    if (!in_place) {
-                        std::memset(out + i, 0, sizeof(eight));
-                    }
-                    i += 7;
-                    continue;
+        int i = 1;
+        // Eight bytes at a time while the byte after them is still inside the row.
+        for (; i + 8 <= stride - 1; i += 8) {
+            const std::uint64_t c = load_big_endian(centre + i);
+            if (c == 0) {  // most of a page is blank
+                if (!in_place) {
+                    std::memset(out + i, 0, 8);
                 }
+                continue;
             }
+            const std::uint64_t t = load_big_endian(top + i);
+            const std::uint64_t b = load_big_endian(bottom + i);
+            const std::uint64_t rows = t | b | c;
+            const std::uint64_t before = (top[i - 1] | centre[i - 1] | bottom[i - 1]) & 1u;
+            const std::uint64_t after = (top[i + 8] | centre[i + 8] | bottom[i + 8]) >> 7;
+            const std::uint64_t from_left = (rows >> 1) | (before << 63);
+            const std::uint64_t from_right = (rows << 1) | after;
+            store_big_endian(out + i, c & (t | b | from_left | from_right));
+        }
+        for (; i < stride - 1; ++i) {
             const unsigned int c = centre[i];
             if (c == 0) {
                 out[i] = 0;

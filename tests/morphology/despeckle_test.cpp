@@ -47,7 +47,7 @@ std::vector<unsigned char> reference_despeckle(std::vector<unsigned char> bytes,
 
 TEST(GeoDespeckle, InPlaceAndCopyMatchAPixelByPixelPass) {
     std::mt19937 random(2024);
-    for (int width : {31, 32, 33, 64, 65}) {
+    for (int width : {31, 32, 33, 64, 65, 130, 200}) {
         for (int density : {3, 15, 40}) {
             const int height = 23;
             common::BasicImage input(height, width, common::IMAGE_TYPE_BINARY, 300, 300);
