@@ -8,8 +8,11 @@ CMAKE ?= cmake
 CTEST ?= ctest
 
 # Corners of the bundled sample photo samples/0000.jpg, top left, top right, bottom right, bottom
-# left.
-SAMPLE_CORNERS ?= 955 146 1518 159 1471 952 848 877
+# left, as x,y pairs; the tool rounds them to whole pixels. `make run` writes the rectified page to
+# SAMPLE_PAGE.
+SAMPLE_CORNERS ?= 955.202,146.161,1518.463,158.634,1470.853,952.372,847.885,877.363
+SAMPLE_PAGE ?= $(BUILD_DIR)/sample_0000_page.jpg
+QUORIMP_TOOL = $(BUILD_DIR)/tools/quorimp/quorimp
 
 .PHONY: all deps configure build test test-release test-asan bench run install format clean
 
@@ -43,8 +46,8 @@ bench: build
 		--benchmark_report_aggregates_only=true
 
 run: build
-	$(BUILD_DIR)/tools/quorimp version
-	$(BUILD_DIR)/tools/quorimp dimension $(SAMPLE_CORNERS)
+	$(QUORIMP_TOOL) version
+	$(QUORIMP_TOOL) correct samples/0000.jpg -o $(SAMPLE_PAGE) --corners $(SAMPLE_CORNERS)
 
 install: build
 	$(CMAKE) --install $(BUILD_DIR)

@@ -25,6 +25,14 @@ QUORIMP_EXPORT const char* quorimp_get_sha(void);
 QUORIMP_EXPORT int obtain_output_image_dimension(const ControlPointCorners* corners, int* width,
                                                  int* height);
 
+/* Rectifies the page inside four corners of the input into the output by a projective mapping.
+ * The output must already have the size given by obtain_output_image_dimension for the same
+ * corners and the pixel format of the input (binary, grey, RGB or BGRA). Output pixels that map
+ * outside the input take the page's background, measured just inside its edges; a binary input is
+ * corrected as grey and thresholded back. The input's pixels are not changed. Returns 0. */
+QUORIMP_EXPORT int perform_projective_correction(const ControlPointCorners* corners,
+                                                 const ImageCApi* input, ImageCApi* output);
+
 #ifdef __cplusplus
 }
 #endif

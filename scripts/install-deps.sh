@@ -14,6 +14,9 @@ packages=(
     libgtest-dev
     libgmock-dev
     libbenchmark-dev
+    libpng-dev
+    libjpeg62-turbo-dev
+    zlib1g-dev
 )
 
 missing=()
