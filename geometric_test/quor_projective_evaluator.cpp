@@ -84,6 +84,8 @@ bool QUORProjectiveEvaluator::is_quadrangle_large(float threshold) const {
     const std::vector<Point>& points = *corners;
     const float aspect = calculate_aspect_ratio(points);
     float limit = threshold;
+    // The ends of the band are compared in double, so the float ratios 1.2f and 1.4f, each a
+    // little above and below its end, fall inside it.
     if (!(aspect > 1.2 && aspect < 1.4)) {
         limit = static_cast<float>(static_cast<double>(threshold) - 0.1);
     }
