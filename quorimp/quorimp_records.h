@@ -26,6 +26,22 @@ typedef struct ControlPointCorners {
     int y[4];
 } ControlPointCorners;
 
+/* The vanishing points of a page, one direction after the other. The found and parallel fields
+ * are 0 or 1; a direction with parallel lines has no vanishing point but an angle, in degrees
+ * from 0 to 180, 90 for vertical lines. */
+typedef struct VanishingPointCApi {
+    int horizontal_found;
+    double horizontal_x;
+    double horizontal_y;
+    int horizontal_parallel;
+    float horizontal_angle;
+    int vertical_found;
+    double vertical_x;
+    double vertical_y;
+    int vertical_parallel;
+    float vertical_angle;
+} VanishingPointCApi;
+
 #ifdef __cplusplus
 }
 #endif

@@ -43,6 +43,9 @@ public:
     // default runs loops specialised for the common kernels and pixel sizes; both give the same
     // bytes.
     bool specialised_loops;
+    // When false, the specialised loops keep to one pixel at a time instead of eight where the
+    // processor offers AVX2. Both give the same bytes.
+    bool wide_loops;
 
 private:
     void perspective_transformation_general(const unsigned char* source, unsigned char* target,

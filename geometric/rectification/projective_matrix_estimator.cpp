@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "geometric/boundaries/corner_calculator_projective.h"
+
 namespace geometric {
 
 namespace {
@@ -154,6 +156,26 @@ bool ProjectiveMatrixEstimator::estimate_matrix_via_correponding_points(
         }
     }
     return true;
+}
+
+bool ProjectiveMatrixEstimator::estimate_projective_matrix(
+    const Geocoordinate<double>& vanishing_point, Direction direction,
+    ProjectiveMatrix& matrix) const {
+    const bool horizontal = direction == DIRECTION_HORIZONTAL;
+    const double along = horizontal ? vanishing_point.x : vanishing_point.y;
+    const double extent = horizontal ? static_cast<double>(width) : static_cast<double>(height);
+    // A vanishing point over the image itself means no mild perspective can explain it.
+    if (0.0 <= along && along <= extent) {
+        return false;
+    }
+    std::vector<Geocoordinate<float>> virtual_corners;
+    std::vector<Geocoordinate<float>> reference_corners;
+    if (!CornerCalculatorProjective(width, height)
+             .estimate_cp_pairs(vanishing_point, direction, virtual_corners, reference_corners)) {
+        matrix.set_unit_matrix();
+        return false;
+    }
+    return estimate_matrix_via_correponding_points(virtual_corners, reference_corners, matrix);
 }
 
 }  // namespace geometric

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "geometric/primitives/direction.h"
 #include "geometric/primitives/geocoordinate.h"
 #include "geometric/rectification/projective_matrix.h"
 #include "quorimp/quorimp_export.h"
@@ -22,6 +23,13 @@ public:
     bool estimate_matrix_via_correponding_points(const std::vector<Geocoordinate<float>>& first,
                                                  const std::vector<Geocoordinate<float>>& second,
                                                  ProjectiveMatrix& matrix) const;
+
+    // The mapping from the image corners onto the virtual page that a single vanishing point of
+    // `direction` implies. A vanishing point whose coordinate along `direction` lies within 0 to
+    // the image width (height) is refused with `matrix` untouched; when no virtual page can be
+    // built, `matrix` becomes the identity and the answer is false.
+    bool estimate_projective_matrix(const Geocoordinate<double>& vanishing_point,
+                                    Direction direction, ProjectiveMatrix& matrix) const;
 
     int width;
     int height;

@@ -73,48 +73,51 @@ TEST(CalculatorPass, AgreesWithAFloodFillOnRandomImages) {
                         }
                     }
                     ASSERT_EQ(it->count_pixel(), pixels) << what;
-                    const Geobox<int> chain_box = it->get_bounding_box();
-                    ASSERT_EQ(chain_box.min_x, box.min_x) << what;
-                    ASSERT_EQ(chain_box.max_x, box.max_x) << what;
-                    ASSERT_EQ(chain_box.min_y, box.min_y) << what;
-                    ASSERT_EQ(chain_box.max_y, box.max_y) << what;
+                    const Geobox<int> chain = it->get_bounding_box();
+                    ASSERT_EQ(
+                        std::vector<int>({chain.min_x, chain.max_x, chain.min_y, chain.max_y}),
+                        std::vector<int>({box.min_x, box.max_x, box.min_y, box.max_y}))
+                        << what;
                 }
                 ASSERT_EQ(chained, calculator.pool.size()) << what;
+
+                // Without kept runs the chains are the same, by count and by box.
+                ConnectedComponentCalculator counting;
+                counting.keep_runs = false;
+                counting.eight_connected = eight;
+                counting.formulate_connected_components(image);
+                ASSERT_FALSE(counting.runs_in_image);
+                ASSERT_EQ(counting.pool.size(), calculator.pool.size()) << what;
+                for (auto a = calculator.begin(), b = counting.begin(); !a.is_end(); ++a, ++b) {
+                    ASSERT_EQ(a->count_pixel(), b->count_pixel()) << what;
+                    ASSERT_EQ(a->get_bounding_box().area(), b->get_bounding_box().area()) << what;
+                }
             }
         }
     }
 }
 
-TEST(CalculatorPass, ShapesTouchingEveryBorderAtWordBoundaries) {
+TEST(CalculatorPass, FramesTouchingEveryBorderAtWordBoundaries) {
     for (int width : {31, 32, 33, 63, 64, 65}) {
-        std::vector<std::string> art(5, std::string(static_cast<std::size_t>(width), '.'));
-        art[0] = art[4] = std::string(static_cast<std::size_t>(width), '#');
-        for (int y = 1; y < 4; ++y) {
-            art[y][0] = art[y][width - 1] = '#';
-        }
-        art[2][width / 2] = '#';
-        const BasicImage frame = blob_test::binary_from_art(art, true);
+        const std::string full(static_cast<std::size_t>(width), '#');
+        const std::string sides = "#" + std::string(static_cast<std::size_t>(width - 2), '.') + "#";
         ConnectedComponentCalculator calculator;
-        ASSERT_EQ(calculator.size(), 0);
-        calculator.formulate_connected_components(frame);
-        ASSERT_EQ(calculator.size(), 2) << width;
-        const Geobox<int> box = calculator.begin()->get_bounding_box();
-        EXPECT_EQ(box.width(), width);
-        EXPECT_EQ(box.height(), 5);
-        EXPECT_EQ(calculator.begin()->count_pixel(), static_cast<unsigned int>(2 * width + 6));
+        calculator.formulate_connected_components(
+            blob_test::binary_from_art({full, sides, sides, full}, true));
+        ASSERT_EQ(calculator.size(), 1) << width;
+        EXPECT_EQ(calculator.begin()->get_bounding_box().area(), 4 * width);
+        EXPECT_EQ(calculator.begin()->count_pixel(), static_cast<unsigned int>(2 * width + 4));
     }
 }
 
-TEST(CalculatorPass, AGreyImageGivesTheComponentsOfItsNonWhitePixels) {
+TEST(CalculatorPass, GreyAndEmptyImages) {
     BasicImage grey(3, 4, common::IMAGE_TYPE_GREY, 300, 300);
     const unsigned char values[] = {0, 255, 255, 3, 255, 254, 255, 255, 255, 255, 255, 0};
     std::copy(values, values + 12, grey.data);
-    ConnectedComponentCalculator calculator;
-    calculator.formulate_connected_components(grey);
-    EXPECT_EQ(calculator.size(), 3);  // (0,0)-(1,1) diagonal, (3,0), (3,2)
-}
+    ConnectedComponentCalculator grey_calculator;
+    grey_calculator.formulate_connected_components(grey);
+    EXPECT_EQ(grey_calculator.size(), 3);  // the diagonal (0, 0) (1, 1), then (3, 0) and (3, 2)
 
-TEST(CalculatorPass, EmptyImagesGiveNoComponent) {
     ConnectedComponentCalculator calculator;
     EXPECT_TRUE(calculator.isemptyblob());
     calculator.formulate_connected_components(blob_test::binary_from_art({"....", "...."}, true));
@@ -216,19 +219,6 @@ TEST(CalculatorMeasures, DimensionsLargestBoxAndSelectedBlobs) {
         {"##......", "##......", "......##", "......##", "........", "........"});
     EXPECT_EQ(std::vector<unsigned char>(selected.data, selected.data + selected.data_size),
               std::vector<unsigned char>(expected.data, expected.data + expected.data_size));
-}
-
-TEST(CalculatorMeasures, ContoursFollowEachOtherAndTopPoints) {
-    const BasicImage image = blob_test::binary_from_art({"##..#", "##...", "....#"});
-    ConnectedComponentCalculator calculator;
-    std::vector<Geocoordinate<int>> contours = {{-1, -1}};
-    calculator.obtain_blob_contours_one_by_one(image, contours);
-    EXPECT_EQ(contours, (std::vector<Geocoordinate<int>>{
-                            {-1, -1}, {0, 0}, {1, 0}, {1, 1}, {0, 1}, {4, 0}, {4, 2}}));
-    std::vector<Geocoordinate<int>> tops;
-    calculator.obtain_blob_top_points(image, tops);
-    EXPECT_EQ(tops, (std::vector<Geocoordinate<int>>{{0, 0}, {4, 0}, {4, 2}}));
-    EXPECT_EQ(calculator.obtain_runs_in_image(image)->size(), 3u);
 }
 
 TEST(CalculatorMeasures, LargestAreaAroundPointsIsThatOfTheUnmarkedPixels) {

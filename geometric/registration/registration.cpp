@@ -1,0 +1,7 @@
+#include "geometric/registration/registration.h"
+
+namespace geometric {
+
+Registration::~Registration() = default;
+
+}  // namespace geometric
