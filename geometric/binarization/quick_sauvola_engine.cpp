@@ -103,8 +103,7 @@ void smooth_inner_pixels(unsigned char* row, const std::uint16_t* s0, const std:
         // The numerator n is at most 255 * (9 + q), and for weights up to 7 n * (9 + q) stays
         // below 2^16: with m = ceil(2^16 / (9 + q)) the high half of n * m is the quotient.
         const __m128i q = _mm_set1_epi16(static_cast<short>(weight));
-        const __m128i m = _mm_set1_epi16(
-            static_cast<short>(((1 << 16) + divisor - 1) / divisor));
+        const __m128i m = _mm_set1_epi16(static_cast<short>(((1 << 16) + divisor - 1) / divisor));
         for (; x + 8 <= last; x += 8) {
             const __m128i pixels =
                 _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + x)), zero);
