@@ -40,6 +40,8 @@
 #include "geometric/boundaries/corner_calculator_parallel_mixed_projective.h"
 #include "geometric/boundaries/corner_calculator_projective.h"
 #include "geometric/boundaries/corner_examiner.h"
+#include "geometric/boundaries/hough_transform.h"
+#include "geometric/boundaries/hough_transform_para.h"
 #include "geometric/boundaries/line_angle_comparator.h"
 #include "geometric/boundaries/line_intersection.h"
 #include "geometric/operators/average_filtering.h"
