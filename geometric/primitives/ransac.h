@@ -44,6 +44,8 @@ public:
         // Subsets already evaluated, as ascending 1-based positions, compared element by element.
         std::set<std::vector<int>> tried_subsets;
         std::vector<T*> chosen_points;
+        // Every draw comes from this state, which starts afresh with each call; the runtime's own
+        // generator is neither seeded nor read.
         std::uint64_t state = 0;
         const std::size_t seed_count = seed_pairs.size();
 
@@ -110,7 +112,8 @@ public:
                 if (random_used) {
                     new_tries += static_cast<double>(seed_count);
                 }
-                if (new_tries < static_cast<double>(all_subsets)) {
+                // A vanishing agreement gives no finite count: all subsets stay allowed.
+                if (new_tries >= 0.0 && new_tries < static_cast<double>(all_subsets)) {
                     number_of_tries = static_cast<unsigned int>(new_tries);
                 } else {
                     number_of_tries = all_subsets;

@@ -213,6 +213,28 @@ TEST(Canny, WeakEdgesNeedASeed) {
     EXPECT_EQ(count, 87);
 }
 
+TEST(Canny, RandomImagesKeepEdgesOffTheUntreatedRowsAndColumns) {
+    for (unsigned seed : {11u, 12u}) {
+        const BasicImage noise = random_grey(23, 17, seed);
+        BasicImage smooth;
+        AverageFiltering::use_opencv_algorithm(noise, smooth, 3, 3);
+        BasicImage edges;
+        CannyEdgeDetector::perform_edge_detect(5, 15, smooth, edges);
+        int count = 0;
+        for (int y = 0; y < 17; ++y) {
+            for (int x = 0; x < 23; ++x) {
+                const int value = edges.get_row(y)[x];
+                ASSERT_TRUE(value == 0 || value == 255);
+                if (value == 255) {
+                    ++count;
+                    EXPECT_TRUE(x >= 1 && x <= 20 && y >= 1 && y <= 14) << x << "," << y;
+                }
+            }
+        }
+        EXPECT_GT(count, 0);
+    }
+}
+
 TEST(Canny, FlatAndTinyImagesGiveNoEdges) {
     BasicImage flat(6, 7, common::IMAGE_TYPE_GREY, 300, 300);
     BasicImage edges;
