@@ -38,72 +38,93 @@ int scale_gradient(int sum) {
 }
 
 struct Gradients {
-    std::vector<int> gx;
-    std::vector<int> gy;
+    std::vector<signed char> gx;
+    std::vector<signed char> gy;
     std::vector<unsigned char> magnitude;
 };
 
-// Sobel sums; where a side is missing, the centre row or column stands in for it, and at the
-// corners only the two by two block is used.
+inline void store(Gradients& out, std::size_t i, int gx, int gy, const unsigned char* table) {
+    gx = scale_gradient(gx);
+    gy = scale_gradient(gy);
+    out.gx[i] = static_cast<signed char>(gx);
+    out.gy[i] = static_cast<signed char>(gy);
+    out.magnitude[i] = table[gx * gx + gy * gy];
+}
+
+// Sobel sums at a pixel of the outer frame: where a side is missing, the centre row or column
+// stands in for it, and at the corners only the two by two block is used.
+void frame_gradient(const common::Image& input, int width, int height, int x, int y, Gradients& out,
+                    const unsigned char* table) {
+    const unsigned char* up = input.get_row(y > 0 ? y - 1 : y);
+    const unsigned char* mid = input.get_row(y);
+    const unsigned char* down = input.get_row(y < height - 1 ? y + 1 : y);
+    const bool top = y == 0;
+    const bool bottom = y == height - 1;
+    const bool left = x == 0;
+    const bool right = x == width - 1;
+    const int xl = left ? x : x - 1;
+    const int xr = right ? x : x + 1;
+    const int c = mid[x];
+    const int n = up[x];
+    const int s = down[x];
+    const int w = mid[xl];
+    const int e = mid[xr];
+    const int nw = up[xl];
+    const int ne = up[xr];
+    const int sw = down[xl];
+    const int se = down[xr];
+    int gx;
+    int gy;
+    if ((top || bottom) && (left || right)) {
+        // The two by two block: the centre is one of its corners.
+        const int row_c = top ? s : n;   // vertical neighbour
+        const int col_c = left ? e : w;  // horizontal neighbour
+        const int diagonal = top ? (left ? se : sw) : (left ? ne : nw);
+        const int x_sign = left ? 1 : -1;
+        const int y_sign = top ? 1 : -1;
+        gx = 2 * x_sign * (col_c + diagonal - c - row_c);
+        gy = 2 * y_sign * (row_c + diagonal - c - col_c);
+    } else if (top) {
+        gy = sw + 2 * s + se - w - 2 * c - e;
+        gx = 2 * (e + se - w - sw);
+    } else if (bottom) {
+        gy = w + 2 * c + e - nw - 2 * n - ne;
+        gx = 2 * (e + ne - w - nw);
+    } else if (left) {
+        gx = ne + 2 * e + se - n - 2 * c - s;
+        gy = 2 * (s + se - n - ne);
+    } else {
+        gx = n + 2 * c + s - nw - 2 * w - sw;
+        gy = 2 * (s + sw - n - nw);
+    }
+    store(out, static_cast<std::size_t>(y) * width + x, gx, gy, table);
+}
+
 void compute_gradients(const common::Image& input, int width, int height, Gradients& out) {
     const std::size_t size = static_cast<std::size_t>(width) * height;
     out.gx.assign(size, 0);
     out.gy.assign(size, 0);
     out.magnitude.assign(size, 0);
-    const std::vector<unsigned char>& table = magnitude_table();
+    const unsigned char* table = magnitude_table().data();
     for (int y = 0; y < height; ++y) {
-        const unsigned char* up = input.get_row(y > 0 ? y - 1 : y);
-        const unsigned char* mid = input.get_row(y);
-        const unsigned char* down = input.get_row(y < height - 1 ? y + 1 : y);
-        const bool top = y == 0;
-        const bool bottom = y == height - 1;
-        for (int x = 0; x < width; ++x) {
-            const bool left = x == 0;
-            const bool right = x == width - 1;
-            const int xl = left ? x : x - 1;
-            const int xr = right ? x : x + 1;
-            const int c = mid[x];
-            const int n = up[x];
-            const int s = down[x];
-            const int w = mid[xl];
-            const int e = mid[xr];
-            const int nw = up[xl];
-            const int ne = up[xr];
-            const int sw = down[xl];
-            const int se = down[xr];
-            int gx;
-            int gy;
-            if ((top || bottom) && (left || right)) {
-                // The two by two block: the centre is one of its corners.
-                const int row_c = top ? s : n;   // vertical neighbour
-                const int col_c = left ? e : w;  // horizontal neighbour
-                const int diagonal = top ? (left ? se : sw) : (left ? ne : nw);
-                const int x_sign = left ? 1 : -1;
-                const int y_sign = top ? 1 : -1;
-                gx = 2 * x_sign * (col_c + diagonal - c - row_c);
-                gy = 2 * y_sign * (row_c + diagonal - c - col_c);
-            } else if (top) {
-                gy = sw + 2 * s + se - w - 2 * c - e;
-                gx = 2 * (e + se - w - sw);
-            } else if (bottom) {
-                gy = w + 2 * c + e - nw - 2 * n - ne;
-                gx = 2 * (e + ne - w - nw);
-            } else if (left) {
-                gx = ne + 2 * e + se - n - 2 * c - s;
-                gy = 2 * (s + se - n - ne);
-            } else if (right) {
-                gx = n + 2 * c + s - nw - 2 * w - sw;
-                gy = 2 * (s + sw - n - nw);
-            } else {
-                gx = ne + 2 * e + se - nw - 2 * w - sw;
-                gy = sw + 2 * s + se - nw - 2 * n - ne;
+        if (y == 0 || y == height - 1) {
+            for (int x = 0; x < width; ++x) {
+                frame_gradient(input, width, height, x, y, out, table);
             }
-            gx = scale_gradient(gx);
-            gy = scale_gradient(gy);
-            const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            out.gx[i] = gx;
-            out.gy[i] = gy;
-            out.magnitude[i] = table[gx * gx + gy * gy];
+            continue;
+        }
+        frame_gradient(input, width, height, 0, y, out, table);
+        frame_gradient(input, width, height, width - 1, y, out, table);
+        const unsigned char* up = input.get_row(y - 1);
+        const unsigned char* mid = input.get_row(y);
+        const unsigned char* down = input.get_row(y + 1);
+        const std::size_t row = static_cast<std::size_t>(y) * width;
+        for (int x = 1; x < width - 1; ++x) {
+            const int gx =
+                up[x + 1] + 2 * mid[x + 1] + down[x + 1] - up[x - 1] - 2 * mid[x - 1] - down[x - 1];
+            const int gy =
+                down[x - 1] + 2 * down[x] + down[x + 1] - up[x - 1] - 2 * up[x] - up[x + 1];
+            store(out, row + x, gx, gy, table);
         }
     }
 }
@@ -200,40 +221,30 @@ void CannyEdgeDetector::perform_edge_detect(int low_threshold, int high_threshol
         Gradients gradients;
         compute_gradients(input, width, height, gradients);
         const unsigned char* m = gradients.magnitude.data();
-        std::vector<unsigned char> marks(size, kEdge);
+        // The marks live in the output buffer. Pixels outside the treated rows and columns,
+        // and the outer frame, end as 0 whatever they are marked first, so they start at 0.
+        unsigned char* marks = buffer;
         for (int y = 1; y <= height - 3; ++y) {
+            const std::size_t row = static_cast<std::size_t>(y) * width;
             for (int x = 1; x <= width - 3; ++x) {
-                const std::size_t i = static_cast<std::size_t>(y) * width + x;
-                if (m[i] < low_threshold || m[i] == 0) {
-                    // A zero magnitude has no direction and is never an edge.
-                    marks[i] = 0;
-                    continue;
+                const std::size_t i = row + x;
+                // A zero magnitude has no direction and is never an edge.
+                if (m[i] >= low_threshold && m[i] != 0 &&
+                    is_ridge(m + i, width, gradients.gx[i], gradients.gy[i])) {
+                    marks[i] = kCandidate;
                 }
-                marks[i] =
-                    is_ridge(m + i, width, gradients.gx[i], gradients.gy[i]) ? kCandidate : 0;
             }
-        }
-        for (std::size_t i = 0; i < size; ++i) {
-            if (marks[i] != kCandidate) {
-                marks[i] = 0;
-            }
-        }
-        for (int x = 0; x < width; ++x) {
-            marks[x] = 0;
-            marks[static_cast<std::size_t>(height - 1) * width + x] = 0;
-        }
-        for (int y = 0; y < height; ++y) {
-            marks[static_cast<std::size_t>(y) * width] = 0;
-            marks[static_cast<std::size_t>(y) * width + width - 1] = 0;
         }
         for (std::size_t i = 0; i < size; ++i) {
             if (marks[i] == kCandidate && m[i] >= high_threshold) {
                 marks[i] = kEdge;
-                trace(marks.data(), m, width, i, 0, low_threshold);
+                trace(marks, m, width, i, 0, low_threshold);
             }
         }
         for (std::size_t i = 0; i < size; ++i) {
-            buffer[i] = marks[i] == kEdge ? kEdge : 0;
+            if (marks[i] != kEdge) {
+                marks[i] = 0;
+            }
         }
     }
     if (output.data != nullptr && output.owns_data == 1) {
