@@ -49,13 +49,13 @@ float truncated_root(double value) {
     return static_cast<float>(std::floor(std::sqrt(value) * 1000.0) / 1000.0);
 }
 
-// ORs a row of 0/1 marks, one per pixel, into a binary row.
-void pack_marks(const unsigned char* marks, int width, const unsigned char bit_masks[8],
+// ORs the marks of the columns [from, to), `from` a multiple of 8, into a binary row.
+void pack_marks(const unsigned char* marks, int from, int to, const unsigned char bit_masks[8],
                 unsigned char* bits) {
-    int x = 0;
+    int x = from;
 #ifdef QUORIMP_SAUVOLA_SSE2
     const __m128i zero = _mm_setzero_si128();
-    for (; x + 16 <= width; x += 16) {
+    for (; x + 16 <= to; x += 16) {
         const __m128i set =
             _mm_cmpgt_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(marks + x)), zero);
         const int mask = _mm_movemask_epi8(set);
@@ -63,69 +63,87 @@ void pack_marks(const unsigned char* marks, int width, const unsigned char bit_m
         bits[x / 8 + 1] |= kReversedBits.table[(mask >> 8) & 0xFF];
     }
 #endif
-    for (; x < width; ++x) {
+    for (; x < to; ++x) {
         if (marks[x]) {
             bits[x / 8] |= bit_masks[x % 8];
         }
     }
 }
 
-// Sums of three horizontal neighbours of one row, for the columns 1 to width - 2.
-void horizontal_sums(const unsigned char* row, int width, int* sums) {
+// Sums of three horizontal neighbours of one row, for the columns 1 to width - 2. At most 765:
+// the ring of the smoothing pass holds them in 16 bits.
+void horizontal_sums(const unsigned char* row, int width, std::uint16_t* sums) {
     int x = 1;
 #ifdef QUORIMP_SAUVOLA_SSE2
     const __m128i zero = _mm_setzero_si128();
+    auto words = [&](int at) {
+        return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + at)), zero);
+    };
     for (; x + 9 <= width; x += 8) {
-        auto words = [&](int at) {
-            return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + at)),
-                                     zero);
-        };
-        const __m128i three = _mm_add_epi16(_mm_add_epi16(words(x - 1), words(x)), words(x + 1));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + x), _mm_unpacklo_epi16(three, zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + x + 4), _mm_unpackhi_epi16(three, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + x),
+                         _mm_add_epi16(_mm_add_epi16(words(x - 1), words(x)), words(x + 1)));
     }
 #endif
     for (; x < width - 1; ++x) {
-        sums[x] = row[x - 1] + row[x] + row[x + 1];
+        sums[x] = static_cast<std::uint16_t>(row[x - 1] + row[x] + row[x + 1]);
     }
 }
 
 // The inner pixels of one row of the smoothing pass: (q * p + s0 + s1 + s2) / (9 + q).
-void smooth_inner_pixels(unsigned char* row, const int* s0, const int* s1, const int* s2, int last,
-                         int weight) {
+void smooth_inner_pixels(unsigned char* row, const std::uint16_t* s0, const std::uint16_t* s1,
+                         const std::uint16_t* s2, int last, int weight) {
     int x = 1;
 #ifdef QUORIMP_SAUVOLA_SSE2
-    // In single precision the numerator, at most 255 * (9 + q), is exact for q up to 4095, and
-    // the quotient is below 256 while a fraction that is not whole stays at least 1 / (9 + q)
-    // away from the next integer, far more than the rounding of the division: the truncated
-    // float quotient is the integer quotient.
-    if (weight <= 4095) {
-        const __m128i zero = _mm_setzero_si128();
+    auto load = [](const std::uint16_t* at) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    };
+    const __m128i zero = _mm_setzero_si128();
+    const long long divisor = 9LL + weight;
+    if (255 * divisor * divisor < (1 << 16)) {
+        // Weights up to 7: the numerator n stays below 2^16 and n * (9 + q) too, so that with
+        // m = ceil(2^16 / (9 + q)) the high half of n * m is the quotient, eight pixels at once.
+        const __m128i q = _mm_set1_epi16(static_cast<short>(weight));
+        const __m128i m = _mm_set1_epi16(
+            static_cast<short>(((1 << 16) + static_cast<int>(divisor) - 1) / divisor));
+        for (; x + 8 <= last; x += 8) {
+            const __m128i pixels =
+                _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + x)), zero);
+            const __m128i numerator = _mm_add_epi16(
+                _mm_mullo_epi16(q, pixels),
+                _mm_add_epi16(_mm_add_epi16(load(s0 + x), load(s1 + x)), load(s2 + x)));
+            const __m128i quotient = _mm_mulhi_epu16(numerator, m);
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(row + x), _mm_packus_epi16(quotient, zero));
+        }
+    } else if (weight <= 4095) {
+        // In single precision the numerator, at most 255 * (9 + q), is exact, and the quotient is
+        // below 256 while a fraction that is not whole stays at least 1 / (9 + q) away from the
+        // next integer, far more than the rounding of the division: the truncated float quotient
+        // is the integer quotient.
         const __m128 q = _mm_set1_ps(static_cast<float>(weight));
-        const __m128 divisor = _mm_set1_ps(static_cast<float>(9 + weight));
-        auto quotients = [&](__m128i pixels, int at) {
-            const __m128i sums = _mm_add_epi32(
-                _mm_add_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(s0 + at)),
-                              _mm_loadu_si128(reinterpret_cast<const __m128i*>(s1 + at))),
-                _mm_loadu_si128(reinterpret_cast<const __m128i*>(s2 + at)));
+        const __m128 divisor_float = _mm_set1_ps(static_cast<float>(divisor));
+        auto quotients = [&](__m128i pixels, __m128i sums) {
             const __m128 numerator =
                 _mm_add_ps(_mm_mul_ps(q, _mm_cvtepi32_ps(pixels)), _mm_cvtepi32_ps(sums));
-            return _mm_cvttps_epi32(_mm_div_ps(numerator, divisor));
+            return _mm_cvttps_epi32(_mm_div_ps(numerator, divisor_float));
         };
         for (; x + 8 <= last; x += 8) {
-            const __m128i words =
+            const __m128i pixels =
                 _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + x)), zero);
-            const __m128i low = quotients(_mm_unpacklo_epi16(words, zero), x);
-            const __m128i high = quotients(_mm_unpackhi_epi16(words, zero), x + 4);
+            const __m128i sums =
+                _mm_add_epi16(_mm_add_epi16(load(s0 + x), load(s1 + x)), load(s2 + x));
+            const __m128i low =
+                quotients(_mm_unpacklo_epi16(pixels, zero), _mm_unpacklo_epi16(sums, zero));
+            const __m128i high =
+                quotients(_mm_unpackhi_epi16(pixels, zero), _mm_unpackhi_epi16(sums, zero));
             const __m128i packed = _mm_packs_epi32(low, high);
             _mm_storel_epi64(reinterpret_cast<__m128i*>(row + x), _mm_packus_epi16(packed, packed));
         }
     }
 #endif
-    const long long divisor = 9LL + weight;
+    const long long divisor_of_rest = 9LL + weight;
     for (; x < last; ++x) {
         const long long numerator = static_cast<long long>(weight) * row[x] + s0[x] + s1[x] + s2[x];
-        row[x] = static_cast<unsigned char>(numerator / divisor);
+        row[x] = static_cast<unsigned char>(numerator / divisor_of_rest);
     }
 }
 
@@ -141,10 +159,10 @@ void smooth_in_place(unsigned char* pixels, int width, int height, int weight) {
     if (width < 3 || height < 2) {
         return;
     }
-    auto ring =
-        allocate_array<int>(3 * static_cast<std::size_t>(width), kSmoothingAllocationFailed);
-    int* slots[3] = {ring.get(), ring.get() + width,
-                     ring.get() + 2 * static_cast<std::size_t>(width)};
+    auto ring = allocate_array<std::uint16_t>(3 * static_cast<std::size_t>(width),
+                                              kSmoothingAllocationFailed);
+    std::uint16_t* slots[3] = {ring.get(), ring.get() + width,
+                               ring.get() + 2 * static_cast<std::size_t>(width)};
     auto row = [&](int y) { return pixels + static_cast<std::size_t>(width) * y; };
 
     horizontal_sums(row(0), width, slots[0]);
@@ -269,13 +287,38 @@ void integral_row(const unsigned char* pixels, int width, const Entry* previous_
 // for q >= 0, is found as trunc(q) plus one when the exact remainder q - trunc(q) reaches 0.5.
 class FourPixelDecision {
 public:
-    FourPixelDecision(int low_gray, int high_gray, float k_over_128, float one_minus_k,
-                      const float* fine, const float* middle, const float* coarse)
-        : low(_mm_set1_epi32(low_gray)),
-          high(_mm_set1_epi32(high_gray)),
-          k_over_128(_mm_set1_ps(k_over_128)),
-          one_minus_k(_mm_set1_ps(one_minus_k)),
-          tables{fine, middle, coarse} {}
+    // What all groups of a run share.
+    struct Constants {
+        Constants(int low_gray, int high_gray, float k_over_128, float one_minus_k,
+                  const float* fine, const float* middle, const float* coarse)
+            : low(_mm_set1_epi32(low_gray)),
+              high(_mm_set1_epi32(high_gray)),
+              k_over_128(_mm_set1_ps(k_over_128)),
+              one_minus_k(_mm_set1_ps(one_minus_k)),
+              tables{fine, middle, coarse} {}
+
+        __m128i low;
+        __m128i high;
+        __m128 k_over_128;
+        __m128 one_minus_k;
+        const float* tables[3];
+    };
+
+    // The four pixels from `row`; the marks of those outside the grey band are set here.
+    FourPixelDecision(const Constants& constants, const unsigned char* row) : constants(constants) {
+        std::int32_t four;
+        std::memcpy(&four, row, sizeof(four));
+        const __m128i zero = _mm_setzero_si128();
+        pixels = _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(four), zero), zero);
+        below_low = _mm_cmplt_epi32(pixels, constants.low);
+        above_high = _mm_cmpgt_epi32(pixels, constants.high);
+        foreground = below_low;
+    }
+
+    // Whether any of the four lies inside the grey band and needs the statistics.
+    bool in_band() const {
+        return _mm_movemask_epi8(_mm_or_si128(below_low, above_high)) != 0xFFFF;
+    }
 
     static __m128i load(const std::uint32_t* entries) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(entries));
@@ -286,18 +329,6 @@ public:
                               int right) {
         return _mm_sub_epi32(_mm_sub_epi32(load(bottom + right), load(top + right)),
                              _mm_sub_epi32(load(bottom + left), load(top + left)));
-    }
-
-    // Sets the mark of every pixel outside the grey band and says whether any lies inside it.
-    bool band(const unsigned char* row) {
-        std::int32_t four;
-        std::memcpy(&four, row, sizeof(four));
-        const __m128i zero = _mm_setzero_si128();
-        pixels = _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(four), zero), zero);
-        below_low = _mm_cmplt_epi32(pixels, low);
-        above_high = _mm_cmpgt_epi32(pixels, high);
-        foreground = below_low;
-        return _mm_movemask_epi8(_mm_or_si128(below_low, above_high)) != 0xFFFF;
     }
 
     void with_root(__m128i sum, __m128i square, __m128 divisor) {
@@ -335,10 +366,14 @@ public:
         alignas(16) std::int32_t which[4];
         _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
         _mm_store_si128(reinterpret_cast<__m128i*>(which), table);
+        const float* const* tables = constants.tables;
         const __m128 root = _mm_setr_ps(tables[which[0]][indices[0]], tables[which[1]][indices[1]],
                                         tables[which[2]][indices[2]], tables[which[3]][indices[3]]);
         decide(root, mean);
     }
+
+    // The foreground of the four pixels, the first in the lowest bit.
+    int mask() const { return _mm_movemask_ps(_mm_castsi128_ps(foreground)); }
 
     // One 0/1 mark per pixel.
     void store(unsigned char* marks) const {
@@ -357,17 +392,13 @@ private:
     }
 
     void decide(__m128 root, __m128 mean) {
-        const __m128i threshold = _mm_cvttps_epi32(
-            _mm_mul_ps(_mm_add_ps(_mm_mul_ps(root, k_over_128), one_minus_k), mean));
+        const __m128i threshold = _mm_cvttps_epi32(_mm_mul_ps(
+            _mm_add_ps(_mm_mul_ps(root, constants.k_over_128), constants.one_minus_k), mean));
         const __m128i rejected = _mm_or_si128(above_high, _mm_cmpgt_epi32(pixels, threshold));
         foreground = _mm_or_si128(below_low, _mm_xor_si128(rejected, _mm_set1_epi32(-1)));
     }
 
-    const __m128i low;
-    const __m128i high;
-    const __m128 k_over_128;
-    const __m128 one_minus_k;
-    const float* tables[3];
+    const Constants& constants;
     __m128i pixels;
     __m128i below_low;
     __m128i above_high;
@@ -472,8 +503,9 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
     const float k_over_128 = para.k * 0.0078125f;
     const float one_minus_k = 1 - para.k;
 #ifdef QUORIMP_SAUVOLA_SSE2
-    FourPixelDecision four(low_gray, high_gray, k_over_128, one_minus_k, root_table_fine,
-                           root_table_middle, root_table_coarse);
+    const FourPixelDecision::Constants four_pixels(low_gray, high_gray, k_over_128, one_minus_k,
+                                                   root_table_fine, root_table_middle,
+                                                   root_table_coarse);
 #endif
 
     auto table_root = [&](float variance) {
@@ -519,9 +551,14 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
     };
 
     std::vector<unsigned char> marks(static_cast<std::size_t>(width));
-    auto write_marks = [&](int y) {
-        pack_marks(marks.data(), width, bit_masks,
-                   output_image->data + static_cast<std::size_t>(output_image->row_stride) * y);
+    auto output_row = [&](int y) {
+        return output_image->data + static_cast<std::size_t>(output_image->row_stride) * y;
+    };
+    // The marks of a row, except for the whole bytes [skip_from / 8, skip_to / 8) that the centre
+    // wrote directly.
+    auto write_marks = [&](int y, int skip_from, int skip_to) {
+        pack_marks(marks.data(), 0, skip_from, bit_masks, output_row(y));
+        pack_marks(marks.data(), skip_to, width, bit_masks, output_row(y));
     };
 
     // Rows of the top and bottom margins: the window is cut at the image border.
@@ -551,7 +588,8 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
             }
             const __m128 divisor = _mm_set1_ps(static_cast<float>(2 * half * (bottom - top)));
             for (; x + 4 <= width - half; x += 4) {
-                if (four.band(row + x)) {
+                FourPixelDecision four(four_pixels, row + x);
+                if (four.in_band()) {
                     four.with_tables(
                         FourPixelDecision::window_sum(bottom_sum, top_sum, x - half, x + half),
                         FourPixelDecision::window_sum(bottom_square, top_square, x - half,
@@ -565,7 +603,7 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
         for (; x < width; ++x) {
             decide_one(x);
         }
-        write_marks(y);
+        write_marks(y, width, width);
     };
     for (int y = 0; y < zone; ++y) {
         edge_row(y);
@@ -588,7 +626,8 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
             const __m128i corner_square =
                 _mm_set1_epi32(static_cast<int>(bottom_square[0] - top_square[0]));
             for (; first + 4 <= zone; first += 4) {
-                if (four.band(row + first)) {
+                FourPixelDecision four(four_pixels, row + first);
+                if (four.in_band()) {
                     const int right = first + half;
                     auto strip = [&](const Entry* bottom, const Entry* top) {
                         return _mm_sub_epi32(FourPixelDecision::load(bottom + right),
@@ -614,23 +653,7 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
                 static_cast<unsigned char>(decide(row[x], sum, square, (x + half) * window, false));
         }
 
-        int x = zone;
-#ifdef QUORIMP_SAUVOLA_SSE2
-        if constexpr (std::is_same<Entry, std::uint32_t>::value) {
-            const __m128 divisor = _mm_set1_ps(static_cast<float>(window * window));
-            for (; x + 4 <= width - zone; x += 4) {
-                if (four.band(row + x)) {
-                    four.with_root(FourPixelDecision::window_sum(centre_sum, top_sum, x - half,
-                                                                 x - half + window),
-                                   FourPixelDecision::window_sum(centre_square, top_square,
-                                                                 x - half, x - half + window),
-                                   divisor);
-                }
-                four.store(marks.data() + x);
-            }
-        }
-#endif
-        for (; x < width - zone; ++x) {
+        auto centre_one = [&](int x) {
             const int left = x - half;
             const int right = x - half + window;
             const Entry sum = centre_sum[right] - top_sum[right] - centre_sum[left] + top_sum[left];
@@ -638,6 +661,43 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
                 centre_square[right] - top_square[right] - centre_square[left] + top_square[left];
             marks[x] =
                 static_cast<unsigned char>(decide(row[x], sum, square, window * window, true));
+        };
+        int x = zone;
+        int direct_from = width;  // whole output bytes written here, not through the marks
+        int direct_to = width;
+#ifdef QUORIMP_SAUVOLA_SSE2
+        if constexpr (std::is_same<Entry, std::uint32_t>::value) {
+            for (; x % 8 != 0 && x < width - zone; ++x) {
+                centre_one(x);
+            }
+            const __m128 divisor = _mm_set1_ps(static_cast<float>(window * window));
+            unsigned char* bits = output_row(y);
+            direct_from = x;
+            for (; x + 8 <= width - zone; x += 8) {
+                FourPixelDecision first(four_pixels, row + x);
+                FourPixelDecision second(four_pixels, row + x + 4);
+                // One test for the eight pixels of an output byte: on a clean page most bytes
+                // lie wholly outside the grey band.
+                if (first.in_band() || second.in_band()) {
+                    first.with_root(FourPixelDecision::window_sum(centre_sum, top_sum, x - half,
+                                                                  x - half + window),
+                                    FourPixelDecision::window_sum(centre_square, top_square,
+                                                                  x - half, x - half + window),
+                                    divisor);
+                    second.with_root(
+                        FourPixelDecision::window_sum(centre_sum, top_sum, x + 4 - half,
+                                                      x + 4 - half + window),
+                        FourPixelDecision::window_sum(centre_square, top_square, x + 4 - half,
+                                                      x + 4 - half + window),
+                        divisor);
+                }
+                bits[x / 8] = kReversedBits.table[first.mask() | (second.mask() << 4)];
+            }
+            direct_to = x;
+        }
+#endif
+        for (; x < width - zone; ++x) {
+            centre_one(x);
         }
 
         const int last = width - 1;
@@ -649,7 +709,8 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
             const __m128i full_square =
                 _mm_set1_epi32(static_cast<int>(bottom_square[last] - top_square[last]));
             for (; x + 4 <= width; x += 4) {
-                if (four.band(row + x)) {
+                FourPixelDecision four(four_pixels, row + x);
+                if (four.in_band()) {
                     auto strip = [&](const Entry* bottom, const Entry* top) {
                         return _mm_sub_epi32(FourPixelDecision::load(bottom + x - 1),
                                              FourPixelDecision::load(top + x - 1));
@@ -672,7 +733,7 @@ void QuickSauvolaEngine::threshold_zones(unsigned char* pixels, int width, int h
             marks[x] = static_cast<unsigned char>(
                 decide(row[x], sum, square, (width - x) * window, false));
         }
-        write_marks(y);
+        write_marks(y, direct_from, direct_to);
 
         const int next = y + zone + 1;
         integral_row<Entry>(grey_row(next), width, sum_row(next - 1), square_row(next - 1),

@@ -219,9 +219,10 @@ struct EngineCase {
 // the full window of the centre), odd and even windows, both rings and the smoothing weights.
 TEST(SauvolaEngine, MatchesAPlainPerPixelComputationInEveryZone) {
     const EngineCase cases[] = {
-        {61, 57, 5, true, false, 2},  {73, 66, 6, true, false, 2}, {61, 57, 5, true, true, 2},
-        {70, 67, 6, false, true, 0},  {45, 80, 4, false, true, 7}, {15, 40, 35, true, true, 2},
-        {40, 300, 35, true, true, 2}, {33, 33, 3, true, true, 2},
+        {61, 57, 5, true, false, 2},   {73, 66, 6, true, false, 2}, {61, 57, 5, true, true, 2},
+        {70, 67, 6, false, true, 0},   {45, 80, 4, false, true, 7}, {15, 40, 35, true, true, 2},
+        {40, 300, 35, true, true, 2},  {33, 33, 3, true, true, 2},  {47, 50, 4, true, true, 20},
+        {47, 50, 4, true, true, 5000},
     };
     unsigned int seed = 1;
     for (const EngineCase& c : cases) {
