@@ -1,15 +1,22 @@
 #include "geometric/binarization/omin_binarization.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
 
-#include "geometric/binarization/local_statistics.h"
+#include "geometric/binarization/reversed_bits.h"
 #include "geometric/operators/image_integer_down_sampling.h"
 #include "quorimp/image_c_api_transformer.h"
 #include "quorimp/quorimp.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#define QUORIMP_OMIN_SSE2 1
+#endif
 
 namespace geometric {
 
@@ -31,6 +38,30 @@ ImageCApi record_of(const common::Image& image) {
     ImageCApi record = {0, 0, 0, 0, 1, 0, nullptr};
     quorimp::ImageCApiTransformer::transform_image_to_c_api_image(image, record);
     return record;
+}
+
+// Sets the bit of every pixel of a row that is strictly darker than its threshold; the row of
+// bits is clear beforehand.
+void mark_darker_than(const unsigned char* pixels, const unsigned char* thresholds, int width,
+                      unsigned char* bits) {
+    int x = 0;
+#ifdef QUORIMP_OMIN_SSE2
+    for (; x + 16 <= width; x += 16) {
+        const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + x));
+        const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(thresholds + x));
+        // t - p saturates to 0 exactly where p is not below t.
+        const int not_darker =
+            _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_subs_epu8(t, p), _mm_setzero_si128()));
+        const int darker = ~not_darker & 0xFFFF;
+        bits[x / 8] = kReversedBits.table[darker & 0xFF];
+        bits[x / 8 + 1] = kReversedBits.table[darker >> 8];
+    }
+#endif
+    for (; x < width; ++x) {
+        if (pixels[x] < thresholds[x]) {
+            bits[x >> 3] |= static_cast<unsigned char>(0x80u >> (x & 7));
+        }
+    }
 }
 
 }  // namespace
@@ -115,19 +146,7 @@ void OminBinarization::multi_scale_binarization() {
             new Image<unsigned char>(width, height, window, window));
         threshold_maps.push_back(thresholds);
         common::BasicImage binary;
-        {
-            Image<double> mean(width, height, window, window);
-            Image<double> deviation(width, height, window, window);
-            Image<double> ratio(width, height, window, window);
-            calculate_local_mean_and_std(*scale_image, window, window, mean, deviation);
-            const std::size_t count = static_cast<std::size_t>(width > 0 ? width : 0) *
-                                      static_cast<std::size_t>(height > 0 ? height : 0);
-            for (std::size_t i = 0; i < count; ++i) {
-                ratio.data[i] = mean.data[i] / (deviation.data[i] + 1e-10);
-            }
-            perform_sauvola_binarization(*scale_image, mean, deviation, ratio, *thresholds, binary,
-                                         para.k);
-        }
+        perform_sauvola_binarization(*scale_image, window, *thresholds, binary, para.k);
         if (scale == minimum_scale) {
             initialize_scale_denotion_maps(*thresholds, scale_map);
         }
@@ -187,30 +206,78 @@ void OminBinarization::chose_current_scale_img(common::BasicImage*& out, int sca
     out = halved.get();
 }
 
-void OminBinarization::perform_sauvola_binarization(const common::BasicImage& image,
-                                                    const Image<double>& mean,
-                                                    const Image<double>& deviation,
-                                                    const Image<double>& ratio,
+void OminBinarization::perform_sauvola_binarization(const common::BasicImage& image, int window,
                                                     Image<unsigned char>& thresholds,
                                                     common::BasicImage& binary, double k) {
     const int width = image.width;
     const int height = image.height;
     binary.reset(height, width, common::IMAGE_TYPE_BINARY, kMapResolution, kMapResolution);
+    if (width <= 0 || height <= 0) {
+        return;
+    }
     const int high_gray = para.high_gray;
     const double flat_ratio = para.flat_ratio;
+    const int half = window / 2;
+
+    // The mean, the deviation and their ratio are worked out per pixel from running window sums
+    // instead of being kept in three maps of doubles: the sums are whole numbers, exact in 64
+    // bits, and every value is formed as the local statistics form it, so the thresholds are the
+    // same to the bit. Bright pixels need none of them.
+    std::vector<std::uint64_t> column_sum(static_cast<std::size_t>(width), 0);
+    std::vector<std::uint64_t> column_square(static_cast<std::size_t>(width), 0);
+    std::vector<std::uint64_t> prefix_sum(static_cast<std::size_t>(width) + 1, 0);
+    std::vector<std::uint64_t> prefix_square(static_cast<std::size_t>(width) + 1, 0);
+    auto add_row = [&](int y) {
+        const unsigned char* row = image.data + static_cast<std::size_t>(width) * y;
+        for (int x = 0; x < width; ++x) {
+            const std::uint64_t p = row[x];
+            column_sum[x] += p;
+            column_square[x] += p * p;
+        }
+    };
+    auto remove_row = [&](int y) {
+        const unsigned char* row = image.data + static_cast<std::size_t>(width) * y;
+        for (int x = 0; x < width; ++x) {
+            const std::uint64_t p = row[x];
+            column_sum[x] -= p;
+            column_square[x] -= p * p;
+        }
+    };
+
+    int first_row = 0;  // rows [first_row, end_row) are in the column sums
+    int end_row = 0;
     for (int y = 0; y < height; ++y) {
+        const int top = std::max(y - half, 0);
+        const int bottom = std::min(y - half + window, height);
+        for (; end_row < bottom; ++end_row) {
+            add_row(end_row);
+        }
+        for (; first_row < top; ++first_row) {
+            remove_row(first_row);
+        }
+        for (int x = 0; x < width; ++x) {
+            prefix_sum[x + 1] = prefix_sum[x] + column_sum[x];
+            prefix_square[x + 1] = prefix_square[x] + column_square[x];
+        }
+        const int rows = bottom - top;
         const unsigned char* pixels = image.data + static_cast<std::size_t>(width) * y;
-        const double* means = mean.row(y);
-        const double* deviations = deviation.row(y);
-        const double* ratios = ratio.row(y);
         unsigned char* threshold_row = thresholds.row(y);
         unsigned char* bits = binary.data + static_cast<std::size_t>(binary.row_stride) * y;
         for (int x = 0; x < width; ++x) {
             const int p = pixels[x];
             int threshold = 1;
-            if (p <= high_gray && ratios[x] < flat_ratio) {
-                const double m = means[x];
-                threshold = static_cast<int>(m * k * 0.0078 * deviations[x] + (1 - k) * m);
+            if (p <= high_gray) {
+                const int left = std::max(x - half, 0);
+                const int right = std::min(x - half + window, width);
+                const double count = static_cast<double>((right - left) * rows);
+                const double sum = static_cast<double>(prefix_sum[right] - prefix_sum[left]);
+                const double square =
+                    static_cast<double>(prefix_square[right] - prefix_square[left]);
+                const double m = sum / count;
+                const double s = std::sqrt(square / count - m * m);
+                if (m / (s + 1e-10) < flat_ratio) {
+                    threshold = static_cast<int>(m * k * 0.0078 * s + (1 - k) * m);
+                }
             }
             threshold_row[x] = static_cast<unsigned char>(threshold);
             if (p < threshold) {
@@ -272,19 +339,36 @@ void OminBinarization::propagate_image(common::BasicImage& scale_map) {
     // 255, so every pixel that ever enters the queue is an inner one with all eight neighbours.
     const std::ptrdiff_t w = width;
     const std::ptrdiff_t neighbours[8] = {-1, -w - 1, -w, -w + 1, 1, w + 1, w, w - 1};
-    std::vector<std::ptrdiff_t> queue;
-    for (int y = 1; y + 1 < height; ++y) {
+    std::vector<std::uint32_t> queue;
+
+    // The seeds, in row order: assigned pixels with an unassigned neighbour. Whether a pixel has
+    // one is read from three rows of marks, each mark saying that the pixel or one beside it is
+    // 0.
+    std::vector<unsigned char> near_zero[3];
+    for (std::vector<unsigned char>& marks : near_zero) {
+        marks.assign(static_cast<std::size_t>(width), 0);
+    }
+    auto mark_row = [&](int y, std::vector<unsigned char>& marks) {
+        const unsigned char* row = map + w * y;
         for (int x = 1; x + 1 < width; ++x) {
-            const std::ptrdiff_t i = w * y + x;
-            const unsigned char value = map[i];
-            if (value == 0 || value == kNoScale) {
-                continue;
-            }
-            for (const std::ptrdiff_t offset : neighbours) {
-                if (map[i + offset] == 0) {
-                    queue.push_back(i);
-                    break;
-                }
+            marks[x] =
+                static_cast<unsigned char>((row[x - 1] == 0) | (row[x] == 0) | (row[x + 1] == 0));
+        }
+    };
+    if (height >= 3 && width >= 3) {
+        mark_row(0, near_zero[0]);
+        mark_row(1, near_zero[1]);
+    }
+    for (int y = 1; y + 1 < height; ++y) {
+        const unsigned char* above = near_zero[(y - 1) % 3].data();
+        const unsigned char* level = near_zero[y % 3].data();
+        mark_row(y + 1, near_zero[(y + 1) % 3]);
+        const unsigned char* below = near_zero[(y + 1) % 3].data();
+        const unsigned char* row = map + w * y;
+        for (int x = 1; x + 1 < width; ++x) {
+            const unsigned char value = row[x];
+            if (value != 0 && value != kNoScale && (above[x] | level[x] | below[x]) != 0) {
+                queue.push_back(static_cast<std::uint32_t>(w * y + x));
             }
         }
     }
@@ -294,7 +378,7 @@ void OminBinarization::propagate_image(common::BasicImage& scale_map) {
         for (const std::ptrdiff_t offset : neighbours) {
             if (map[i + offset] == 0) {
                 map[i + offset] = value;
-                queue.push_back(i + offset);
+                queue.push_back(static_cast<std::uint32_t>(i + offset));
             }
         }
     }
@@ -334,13 +418,21 @@ void OminBinarization::create_binary_image_from_scale(const common::BasicImage& 
     obtain_grayscale_img(&grey);
     const int width = grey->width;
     const int height = grey->height;
+    if (width < 3 || height < 3) {
+        return;
+    }
     const int minimum_scale = para.minimum_scale;
     const int base_factor = kScaleFactors[minimum_scale];
     const int scale_count = static_cast<int>(threshold_maps.size());
 
+    // Each row first gets the threshold of every pixel, 0 where none applies (no scale, or the
+    // frame), so that the comparison runs over whole rows. The map holds one byte per block of
+    // `base_factor` columns, and every scale's factor is a multiple of it, so a block shares its
+    // map value and its threshold column: both are read once per block.
+    std::vector<unsigned char> row_thresholds(static_cast<std::size_t>(width));
     std::vector<const unsigned char*> threshold_rows(static_cast<std::size_t>(scale_count));
+    const int blocks = std::min(scale_map.width, (width + base_factor - 1) / base_factor);
     for (int y = 1; y + 1 < height; ++y) {
-        const unsigned char* pixels = grey->data + static_cast<std::size_t>(width) * y;
         const unsigned char* map_row =
             scale_map.data + static_cast<std::size_t>(scale_map.width) * (y / base_factor);
         for (int i = 0; i < scale_count; ++i) {
@@ -350,21 +442,26 @@ void OminBinarization::create_binary_image_from_scale(const common::BasicImage& 
                                     ? thresholds.row(std::min(y / factor, thresholds.height - 1))
                                     : nullptr;
         }
-        unsigned char* bits =
-            output_image->data + static_cast<std::size_t>(output_image->row_stride) * y;
-        for (int x = 1; x + 1 < width; ++x) {
-            const unsigned char value = map_row[x / base_factor];
+        std::fill(row_thresholds.begin(), row_thresholds.end(), 0);
+        for (int block = 0; block < blocks; ++block) {
+            const unsigned char value = map_row[block];
             if (value == kNoScale) {
                 continue;
             }
+            const int first = block * base_factor;
+            const int end = std::min(first + base_factor, width);
             const int index = value - 1 - minimum_scale;
             const int factor = kScaleFactors[value - 1];
             const int threshold_width = threshold_maps[index]->width;
-            const int threshold = threshold_rows[index][std::min(x / factor, threshold_width - 1)];
-            if (pixels[x] < threshold) {
-                bits[x >> 3] |= static_cast<unsigned char>(0x80u >> (x & 7));
-            }
+            const unsigned char threshold =
+                threshold_rows[index][std::min(first / factor, threshold_width - 1)];
+            std::fill(row_thresholds.begin() + first, row_thresholds.begin() + end, threshold);
         }
+        row_thresholds[0] = 0;
+        row_thresholds[width - 1] = 0;
+        mark_darker_than(
+            grey->data + static_cast<std::size_t>(width) * y, row_thresholds.data(), width,
+            output_image->data + static_cast<std::size_t>(output_image->row_stride) * y);
     }
 }
 

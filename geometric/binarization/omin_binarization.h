@@ -59,10 +59,12 @@ private:
     void multi_scale_binarization();
     // The grey image of scale `scale` into `out`, which holds the previous scale's image.
     void chose_current_scale_img(common::BasicImage*& out, int scale);
-    // Local thresholds of one scale; bright or flat pixels get the threshold 1, which only a
-    // pixel of value 0 is below.
-    void perform_sauvola_binarization(const common::BasicImage& image, const Image<double>& mean,
-                                      const Image<double>& deviation, const Image<double>& ratio,
+    // Local thresholds of one scale over a `window` by `window` box: the mean m and the deviation
+    // s of the box (as `calculate_local_mean_and_std` gives them) make the threshold
+    // trunc(m k 0.0078 s + (1 - k) m). Bright pixels, and pixels whose m / s reaches
+    // `flat_ratio`, get the threshold 1, which only a pixel of value 0 is below. `binary` takes
+    // the pixels below their threshold.
+    void perform_sauvola_binarization(const common::BasicImage& image, int window,
                                       Image<unsigned char>& thresholds, common::BasicImage& binary,
                                       double k);
     // Marks the pixels of the first scale that got no threshold as belonging to no scale.

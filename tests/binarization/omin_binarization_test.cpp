@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <random>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -144,6 +147,60 @@ TEST(OminBinarization, KeepsBoxesOfEverySizeExactly) {
         EXPECT_FALSE(bit(output, 332, 432)) << width;
         EXPECT_TRUE(bit(output, 106, 108)) << width;
     }
+}
+
+// With one scale on a small page and no pixel of value 0, the output is the local threshold
+// itself: p < trunc(m * k * 0.0078 * s + (1 - k) * m) for pixels at most 200 whose mean / deviation
+// over the 35 by 35 box stays below 20, re-computed here from plain window sums.
+TEST(OminBinarization, OneScaleIsTheLocalThresholdOfEveryInnerPixel) {
+    const int width = 90;
+    const int height = 70;
+    BasicImage page(height, width, common::IMAGE_TYPE_GREY, 300, 300);
+    std::mt19937 random(11);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int base = (x / 6 + y / 9) % 3 == 0 ? 60 : 190;
+            const int noise = static_cast<int>(random() % 41) - 20;
+            page.data[width * y + x] = static_cast<unsigned char>(std::max(1, base + noise));
+        }
+    }
+    BasicImage output;
+    OminBinarization omin(&page, &output);
+    omin.despeckle_enabled = false;
+    omin.para.maximum_scale = 0;
+    omin.para.k = 0.15f;
+    omin.run_binarization();
+    ASSERT_EQ(omin.para.minimum_scale, 0);
+
+    const double k = 0.15f;
+    int wrong = 0;
+    int set = 0;
+    for (int y = 1; y + 1 < height; ++y) {
+        for (int x = 1; x + 1 < width; ++x) {
+            double sum = 0.0;
+            double squares = 0.0;
+            int count = 0;
+            for (int v = std::max(0, y - 17); v < std::min(height, y + 18); ++v) {
+                for (int u = std::max(0, x - 17); u < std::min(width, x + 18); ++u) {
+                    const double value = page.data[width * v + u];
+                    sum += value;
+                    squares += value * value;
+                    ++count;
+                }
+            }
+            const double m = sum / count;
+            const double s = std::sqrt(squares / count - m * m);
+            const int p = page.data[width * y + x];
+            int threshold = 1;
+            if (p <= 200 && m / (s + 1e-10) < 20.0) {
+                threshold = static_cast<int>(m * k * 0.0078 * s + (1 - k) * m);
+            }
+            set += p < threshold ? 1 : 0;
+            wrong += (p < threshold) != bit(output, x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_GT(set, 1000);
 }
 
 TEST(OminBinarization, AnUnsureCharacterEstimateReachesFurtherScales) {
