@@ -132,7 +132,7 @@ bool OtsuBinarization::run_binarization_imp(common::Image* grey) {
     // are never thresholded and the padding come out set, exactly as a flip after the fact.
     common::BasicImage& output = *output_image;
     const unsigned char flip = invert_output ? 0xFF : 0x00;
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < height && output.row_stride > 0; ++y) {
         unsigned char* bits = output.data + static_cast<std::size_t>(output.row_stride) * y;
         if (y > 0 && y < height - 1 && width > 0) {
             threshold_row(pixels + static_cast<std::size_t>(width) * y, width, threshold, flip,

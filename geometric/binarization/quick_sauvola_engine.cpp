@@ -98,13 +98,12 @@ void smooth_inner_pixels(unsigned char* row, const std::uint16_t* s0, const std:
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
     };
     const __m128i zero = _mm_setzero_si128();
-    const long long divisor = 9LL + weight;
-    if (255 * divisor * divisor < (1 << 16)) {
-        // Weights up to 7: the numerator n stays below 2^16 and n * (9 + q) too, so that with
-        // m = ceil(2^16 / (9 + q)) the high half of n * m is the quotient, eight pixels at once.
+    const int divisor = 9 + std::min(weight, 4096);
+    if (weight <= 7) {
+        // The numerator n is at most 255 * (9 + q), and for weights up to 7 n * (9 + q) stays
+        // below 2^16: with m = ceil(2^16 / (9 + q)) the high half of n * m is the quotient.
         const __m128i q = _mm_set1_epi16(static_cast<short>(weight));
-        const __m128i m = _mm_set1_epi16(
-            static_cast<short>(((1 << 16) + static_cast<int>(divisor) - 1) / divisor));
+        const __m128i m = _mm_set1_epi16(static_cast<short>(((1 << 16) + divisor - 1) / divisor));
         for (; x + 8 <= last; x += 8) {
             const __m128i pixels =
                 _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + x)), zero);
@@ -429,7 +428,7 @@ bool QuickSauvolaEngine::run() {
     unsigned char* pixels = height > 0 ? grey_image->get_row(0) : nullptr;
 
     int window = para.window_size;
-    if (11 * window > smaller) {
+    if (11LL * window > smaller) {
         window = smaller / 11;
         if (window < 2) {
             window = 2;

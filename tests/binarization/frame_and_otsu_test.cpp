@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -165,6 +166,14 @@ TEST(BinarizationFrame, WorkingCopyRunsAndRefusals) {
     EXPECT_EQ(rgb.image_type, common::IMAGE_TYPE_RGB);  // the input is never changed
     ASSERT_TRUE(otsu.run_binarization());
     EXPECT_EQ(std::vector<unsigned char>(output.data, output.data + output.data_size), first);
+
+    // An empty image reaches the method, which has nothing to do.
+    for (const auto& size : {std::make_pair(0, 5), std::make_pair(5, 0), std::make_pair(0, 0)}) {
+        const common::BasicImage empty(size.first, size.second, common::IMAGE_TYPE_GREY, 300, 300);
+        OtsuBinarization nothing(&empty, &output);
+        EXPECT_TRUE(nothing.run_binarization());
+        EXPECT_EQ(output.height, size.first);
+    }
 
     // BGRA has no grey conversion: false, and the output stays cleared.
     common::BasicImage bgra(4, 4, common::IMAGE_TYPE_BGRA, 300, 300);

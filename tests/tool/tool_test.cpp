@@ -407,3 +407,91 @@ TEST_F(ToolTest, HelpPages) {
 }
 
 }  // namespace
+
+namespace {
+
+// A light page of 40 x 40 pixels with one dark 20 x 20 square in the middle.
+StoredImage square_page() {
+    StoredImage image;
+    image.width = 40;
+    image.height = 40;
+    image.color_type = PNG_COLOR_TYPE_GRAY;
+    image.rows.assign(40 * 40, 230);
+    for (int y = 10; y < 30; ++y) {
+        for (int x = 10; x < 30; ++x) {
+            image.rows[y * 40 + x] = 40;
+        }
+    }
+    return image;
+}
+
+bool in_square(int x, int y) {
+    return x >= 10 && x < 30 && y >= 10 && y < 30;
+}
+
+TEST_F(ToolTest, BinarizeWritesBlackForegroundAsOneBitPng) {
+    tool_test::write_png(at("page.png"), square_page());
+
+    ToolRun result = run({"binarize", at("page.png"), "-o", at("sauvola.png")});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "wrote " + at("sauvola.png") + ": 40 x 40 pixels, binary (sauvola)\n");
+    StoredImage page = tool_test::read_png(at("sauvola.png"));
+    ASSERT_EQ(page.bit_depth, 1);
+    // The smoothing pass softens the square's edges, so only pixels two or more away from an
+    // edge are certain.
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 40; ++x) {
+            const bool deep_inside = x >= 12 && x < 28 && y >= 12 && y < 28;
+            const bool far_outside = !(x >= 8 && x < 32 && y >= 8 && y < 32);
+            if (deep_inside || far_outside) {
+                ASSERT_EQ(page.sample(x, y), deep_inside ? 0u : 1u) << x << ", " << y;
+            }
+        }
+    }
+
+    // Otsu leaves the one-pixel frame out of its threshold and flips every byte at the end, so
+    // the frame comes out black.
+    result = run(
+        {"binarize", at("page.png"), "-o", at("otsu.png"), "--method", "otsu", "--no-despeckle"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    page = tool_test::read_png(at("otsu.png"));
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 40; ++x) {
+            const bool frame = x == 0 || y == 0 || x == 39 || y == 39;
+            ASSERT_EQ(page.sample(x, y), in_square(x, y) || frame ? 0u : 1u) << x << ", " << y;
+        }
+    }
+
+    for (const std::string method : {"sauvola-original", "wolf"}) {
+        result =
+            run({"binarize", at("page.png"), "-o", at(method + ".png"), "-m", method, "-k", "0.1"});
+        EXPECT_EQ(result.status, 0) << result.err;
+    }
+}
+
+TEST_F(ToolTest, BinarizeRefusesOptionsThatDoNotFit) {
+    tool_test::write_png(at("page.png"), square_page());
+    const std::set<std::string> before = work_files();
+    const std::string out = at("out.png");
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{"binarize", at("page.png"), "-o", out, "--method", "otsu", "--k", "0.3"},
+         "--k does not apply to otsu"},
+        {{"binarize", at("page.png"), "-o", out, "--method", "niblack"},
+         "--method: 'niblack' is not a method"},
+        {{"binarize", at("page.png"), "-o", out, "--window", "2"},
+         "--window: '2' is not a whole number from 3 to 4001"},
+        {{"binarize", at("page.png"), "-o", out, "--k", "1.5"}, "--k: '1.5' is not a number"},
+        {{"binarize", at("page.png"), "-o", at("out.jpg")},
+         "out.jpg: a binary page is written as PNG"},
+        {{"binarize", at("missing.png"), "-o", out}, "missing.png: cannot open"},
+    };
+    for (const auto& [arguments, expected] : cases) {
+        const ToolRun result = run(arguments);
+        EXPECT_EQ(result.status, 2) << expected;
+        EXPECT_NE(result.err.find(expected), std::string::npos) << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+        EXPECT_EQ(work_files(), before) << expected;
+    }
+}
+
+}  // namespace

@@ -166,6 +166,7 @@ void print_command_help(const Command& command, std::FILE* out) {
 
 const std::vector<Command>& all_commands() {
     static const std::vector<Command> commands = {
+        make_binarize_command(),
         make_correct_command(),
         make_dimension_command(),
         make_version_command(),

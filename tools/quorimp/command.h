@@ -65,6 +65,7 @@ void print_command_help(const Command& command, std::FILE* out);
 // The command table, in the order of the overall help page.
 const std::vector<Command>& all_commands();
 
+Command make_binarize_command();
 Command make_correct_command();
 Command make_dimension_command();
 Command make_version_command();
