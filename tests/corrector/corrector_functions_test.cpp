@@ -147,6 +147,18 @@ TEST_F(Corrector, GivenCornersOnAFreshHandleCorrectWithTheAutomaticFill) {
     ImageCApi small_record = record_of(small);
     EXPECT_EQ(obtain_downsampled_corrected_image(handle, &small_record), 0);
     EXPECT_EQ(bytes_of(small)[5], 77) << "nothing written without a search";
+
+    // With a working copy halved (as a search would make it), the reduced page comes from it.
+    object().maximum_image_dimension = 25;
+    ASSERT_EQ(object().preprocessing(), 1);
+    ASSERT_EQ(object().downsampling_rate, 2);
+    obtain_downsampled_corrected_img_dimension(handle, &width, &height);
+    BasicImage reduced(height, width, common::IMAGE_TYPE_GREY, 300, 300);
+    ImageCApi reduced_record = record_of(reduced);
+    obtain_downsampled_corrected_image(handle, &reduced_record);
+    EXPECT_EQ(bytes_of(reduced),
+              bytes_of(corrector_test::corrected(
+                  *object().working_image, {{-1.5f, 1}, {22.5f, -0.5f}, {23, 19}, {0.5f, 18}}, 1)));
 }
 
 TEST_F(Corrector, BinarizesWithTheChosenMethodIntoTheCallersBuffer) {
