@@ -1,5 +1,6 @@
 #include "geometric/binarization/binarization_enginee.h"
 
+#include "geometric/binarization/omin_binarization.h"
 #include "geometric/binarization/otsu_binarization.h"
 #include "geometric/binarization/sauvola_binarization.h"
 #include "geometric/binarization/sauvola_binarization_original.h"
@@ -14,6 +15,9 @@ BinarizationEnginee::BinarizationEnginee(const common::Image* input, common::Bas
         case BinarizationSauvola:
             binarization = new SauvolaBinarization(input, output);
             break;
+        case BinarizationOmin:
+            binarization = new OminBinarization(input, output);
+            break;
         case BinarizationSauvolaOriginal:
             binarization = new SauvolaBinarizationOriginal(input, output);
             break;
@@ -24,7 +28,7 @@ BinarizationEnginee::BinarizationEnginee(const common::Image* input, common::Bas
             binarization = new OtsuBinarization(input, output);
             break;
         default:
-            // BinarizationOmin has no class yet; numbers above 4 have none at all.
+            // Numbers above 4 have no class.
             break;
     }
 }

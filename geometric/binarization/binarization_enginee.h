@@ -16,7 +16,7 @@ namespace geometric {
 //     if (enginee.binarization != nullptr && enginee.perfomr_binarization() == 0) { ... }
 //
 // A method number with no class behind it leaves `binarization` null; running it then is the
-// caller's fault. Method 1 (Omin) has no class yet.
+// caller's fault.
 class QUORIMP_EXPORT BinarizationEnginee {
 public:
     BinarizationEnginee(const common::Image* input, common::BasicImage* output,

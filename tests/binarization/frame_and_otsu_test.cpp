@@ -11,6 +11,7 @@
 #include "common/basic_image.h"
 #include "geometric/binarization/binarization_enginee.h"
 #include "geometric/binarization/geometricexception.h"
+#include "geometric/binarization/omin_binarization.h"
 #include "geometric/binarization/otsu_binarization.h"
 #include "geometric/binarization/sauvola_binarization.h"
 #include "geometric/binarization/sauvola_binarization_original.h"
@@ -203,7 +204,9 @@ TEST(BinarizationEnginee, BuildsTheMethodOfItsNumber) {
     EXPECT_NE(dynamic_cast<geometric::WolfBinarizationOriginal*>(
                   BinarizationEnginee(&page, &output, BinarizationWolfOriginal).binarization),
               nullptr);
-    EXPECT_EQ(BinarizationEnginee(&page, &output, BinarizationOmin).binarization, nullptr);
+    EXPECT_NE(dynamic_cast<geometric::OminBinarization*>(
+                  BinarizationEnginee(&page, &output, BinarizationOmin).binarization),
+              nullptr);
     EXPECT_EQ(BinarizationEnginee(&page, &output, static_cast<BinarizationMethod>(5)).binarization,
               nullptr);
 

@@ -495,3 +495,128 @@ TEST_F(ToolTest, BinarizeRefusesOptionsThatDoNotFit) {
 }
 
 }  // namespace
+
+namespace {
+
+std::vector<unsigned char> file_bytes(const std::string& path) {
+    const std::string text = file_text(path);
+    return std::vector<unsigned char>(text.begin(), text.end());
+}
+
+// The left four columns of the page lie left of the photo and take the fill.
+TEST_F(ToolTest, CorrectFillsWhatLiesOutsideThePhotoWithTheGivenColour) {
+    const std::string corners = "-4,0,15,0,15,11,-4,11";
+    tool_test::write_png(at("rgb.png"), block_image(16, 12, PNG_COLOR_TYPE_RGB));
+    correct("rgb.png", "auto.png", corners, "20 x 12 pixels, RGB");
+    ToolRun result = run({"correct", at("rgb.png"), "-o", at("filled.png"), "--corners", corners,
+                          "--fill", "10, 20,30"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const StoredImage automatic = tool_test::read_png(at("auto.png"));
+    const StoredImage filled = tool_test::read_png(at("filled.png"));
+    for (int y = 0; y < 12; ++y) {
+        for (int x = 0; x < 3; ++x) {
+            EXPECT_EQ(filled.sample(x, y, 0), 10u);
+            EXPECT_EQ(filled.sample(x, y, 1), 20u);
+            EXPECT_EQ(filled.sample(x, y, 2), 30u);
+        }
+        EXPECT_EQ(filled.sample(10, y, 1), automatic.sample(10, y, 1));  // inside the photo
+    }
+    EXPECT_NE(automatic.sample(0, 5, 0), 10u);
+
+    tool_test::write_png(at("grey.png"), block_image(16, 12, PNG_COLOR_TYPE_GRAY));
+    result = run({"correct", at("grey.png"), "-o", at("grey_filled.png"), "--corners", corners,
+                  "--fill", "10,20,30"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(tool_test::read_png(at("grey_filled.png")).sample(1, 6), 18u);  // its weighted grey
+}
+
+// The binarized page is the one that 'binarize' makes of the rectified page with the same values.
+TEST_F(ToolTest, CorrectBinarizesTheRectifiedPageAndNotesClampedValues) {
+    tool_test::write_png(at("page.png"), square_page());
+    const std::string corners = "0,0,39,0,39,39,0,39";
+    struct Case {
+        std::vector<std::string> correct_options;
+        std::vector<std::string> binarize_options;
+        std::string note;
+    };
+    const std::vector<Case> cases = {
+        {{}, {"--k", "0.1"}, ""},
+        {{"--method", "omin"}, {"--method", "omin"}, ""},
+        {{"--k", "1.5"}, {"--k", "0.99"}, "--k 1.5 is above 1; the engine uses 0.99"},
+        {{"-m", "omin", "--k=-2"},
+         {"-m", "omin", "--k", "0.01"},
+         "--k -2 is below 0; the engine uses 0.01"},
+        {{"--window", "0", "--k", "0.3"},
+         {"--window", "3", "--k", "0.3"},
+         "--window 0 is below 1; the engine uses 3"},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> arguments = {"correct",      at("page.png"), "-o",
+                                              at("flat.png"), "--corners",    corners,
+                                              "--binarize",   at("bw.png")};
+        arguments.insert(arguments.end(), c.correct_options.begin(), c.correct_options.end());
+        const ToolRun result = run(arguments);
+        ASSERT_EQ(result.status, 0) << result.err;
+        const std::string method =
+            c.correct_options.size() > 1 && c.correct_options[1] == "omin" ? "omin" : "sauvola";
+        EXPECT_EQ(result.out, "wrote " + at("flat.png") + ": 40 x 40 pixels, grey\nwrote " +
+                                  at("bw.png") + ": 40 x 40 pixels, binary (" + method + ")\n");
+        EXPECT_EQ(result.err, c.note.empty() ? "" : "quorimp correct: note: " + c.note + "\n");
+
+        arguments = {"binarize", at("flat.png"), "-o", at("reference.png")};
+        arguments.insert(arguments.end(), c.binarize_options.begin(), c.binarize_options.end());
+        ASSERT_EQ(run(arguments).status, 0);
+        EXPECT_EQ(file_bytes(at("bw.png")), file_bytes(at("reference.png"))) << c.note;
+    }
+    EXPECT_EQ(tool_test::read_png(at("bw.png")).sample(20, 20), 0u);
+}
+
+TEST_F(ToolTest, CorrectRefusesBinarizeOptionsThatDoNotFit) {
+    tool_test::write_png(at("page.png"), square_page());
+    const std::set<std::string> before = work_files();
+    const std::vector<std::string> base = {"correct",   at("page.png"),        "-o", at("o.png"),
+                                           "--corners", "0,0,39,0,39,39,0,39", "-b", at("bw.png")};
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{"--method", "omin"}, "--method applies only with --binarize"},
+        {{"--k", "0.2"}, "--k applies only with --binarize"},
+        {{"--fill", "1,2"}, "--fill: '1,2' is not R,G,B with each from 0 to 255"},
+        {{"--fill", "1,2,256"}, "--fill: '1,2,256' is not R,G,B"},
+    };
+    for (const auto& [options, expected] : cases) {
+        std::vector<std::string> arguments(base.begin(), base.begin() + 6);
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const ToolRun result = run(arguments);
+        EXPECT_EQ(result.status, 2) << expected;
+        EXPECT_NE(result.err.find(expected), std::string::npos) << result.err;
+        EXPECT_EQ(work_files(), before) << expected;
+    }
+    const std::vector<std::pair<std::vector<std::string>, std::string>> binarize_cases = {
+        {{"--method", "otsu"}, "--method: 'otsu' is not a method; use sauvola or omin"},
+        {{"--method", "omin", "--window", "9"}, "--window does not apply to omin"},
+        {{"--k", "abc"}, "--k: 'abc' is not a number"},
+        {{"--window", "1.5"}, "--window: '1.5' is not a whole number"},
+    };
+    for (const auto& [options, expected] : binarize_cases) {
+        std::vector<std::string> arguments = base;
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const ToolRun result = run(arguments);
+        EXPECT_EQ(result.status, 2) << expected;
+        EXPECT_NE(result.err.find(expected), std::string::npos) << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+        EXPECT_EQ(work_files(), before) << expected;
+    }
+    ToolRun result = run({"correct", at("page.png"), "-o", at("o.png"), "--corners",
+                          "0,0,39,0,39,39,0,39", "--binarize", at("bw.jpg")});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("bw.jpg: a binary page is written as PNG"), std::string::npos);
+    // A page of 3 x 3 pixels is too small for any Sauvola window.
+    result = run({"correct", at("page.png"), "-o", at("o.png"), "--corners", "0,0,2,0,2,2,0,2",
+                  "--binarize", at("bw.png")});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err,
+              "quorimp correct: " + at("page.png") +
+                  ": the page of 3 x 3 pixels cannot be binarized: The window size is too large\n");
+    EXPECT_EQ(work_files(), before);
+}
+
+}  // namespace

@@ -10,6 +10,7 @@
 #include "command.h"
 #include "common/basic_image.h"
 #include "geometric/binarization/geometricexception.h"
+#include "geometric/binarization/omin_binarization.h"
 #include "geometric/binarization/otsu_binarization.h"
 #include "geometric/binarization/sauvola_binarization.h"
 #include "geometric/binarization/sauvola_binarization_original.h"
@@ -24,7 +25,7 @@ namespace quorimp_tool {
 
 namespace {
 
-enum class Method { sauvola, otsu, sauvola_original, wolf };
+enum class Method { sauvola, otsu, sauvola_original, wolf, omin };
 
 struct MethodName {
     const char* name;
@@ -38,6 +39,7 @@ const MethodName kMethods[] = {
     {"otsu", Method::otsu, false, false},
     {"sauvola-original", Method::sauvola_original, false, true},
     {"wolf", Method::wolf, true, true},
+    {"omin", Method::omin, false, true},
 };
 
 const MethodName& parse_method(const std::string& text) {
@@ -47,7 +49,7 @@ const MethodName& parse_method(const std::string& text) {
         }
     }
     throw UsageError("--method: '" + text +
-                     "' is not a method; use sauvola, otsu, sauvola-original or wolf");
+                     "' is not a method; use sauvola, otsu, sauvola-original, wolf or omin");
 }
 
 int parse_window(const std::string& text) {
@@ -109,6 +111,12 @@ std::unique_ptr<geometric::Binarization> make_binarization(const MethodName& met
                 wolf->k = k;
             return wolf;
         }
+        case Method::omin: {
+            auto omin = std::make_unique<geometric::OminBinarization>(&input, &output);
+            if (has_k)
+                omin->para.k = static_cast<float>(k);
+            return omin;
+        }
     }
     return nullptr;
 }
@@ -159,7 +167,7 @@ Command make_binarize_command() {
     command.name = "binarize";
     command.summary = "turn a photo or scan into a black and white page";
     command.synopsis =
-        "binarize INPUT -o OUTPUT.png [--method sauvola|otsu|sauvola-original|wolf]\n"
+        "binarize INPUT -o OUTPUT.png [--method sauvola|otsu|sauvola-original|wolf|omin]\n"
         "       [--window N] [--k K] [--no-despeckle]";
     command.description =
         "Binarize the image INPUT and write a 1-bit PNG, black for text and other\n"
@@ -173,14 +181,17 @@ Command make_binarize_command() {
         "                    image size (k 0.07)\n"
         "  wolf              a local threshold that also weighs the darkest pixel and\n"
         "                    the largest deviation of the page (window 21, k 0.07)\n"
+        "  omin              local thresholds at several scales of the page, each part\n"
+        "                    judged at the scale that suits its text (k 0.1)\n"
         "\n"
         "Isolated black pixels are removed at the end unless --no-despeckle is given.\n"
         "A binary INPUT comes back unchanged.\n";
     command.options = {
         {"output", 'o', "OUTPUT.png", "where to write the binary page"},
-        {"method", 'm', "METHOD", "sauvola, otsu, sauvola-original or wolf"},
+        {"method", 'm', "METHOD", "sauvola, otsu, sauvola-original, wolf or omin"},
         {"window", 'w', "N", "side of the local window in pixels, 3 to 4001\n(sauvola, wolf)"},
-        {"k", 'k', "K", "weight of the local deviation, 0 to 1\n(sauvola, sauvola-original, wolf)"},
+        {"k", 'k', "K",
+         "weight of the local deviation, 0 to 1\n(sauvola, sauvola-original, wolf, omin)"},
         {"no-despeckle", 0, "", "keep isolated black pixels"},
     };
     command.run = run_binarize;
