@@ -10,8 +10,8 @@ namespace geometric {
 // Box means of grey images. The image is extended by mirroring around its edge pixels (edge
 // pixels not repeated), and each output pixel is the mean of the kernel_width by kernel_height box
 // whose top left corner is that pixel in the extended image, rounded to nearest with halves up.
-// Half a kernel, rounded down, must stay below the image's side. Outputs are grey images of the
-// input's size at 300 by 300 pixels per inch.
+// Kernel sides are at least 1, and half a kernel, rounded down, must stay below the image's side.
+// Outputs are grey images of the input's size at 300 by 300 pixels per inch.
 class QUORIMP_EXPORT AverageFiltering {
 public:
     // Sliding column sums over a mirrored copy: linear in the pixels whatever the kernel.
